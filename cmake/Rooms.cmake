@@ -1,0 +1,39 @@
+# A room is one folder of src/: a static library of all its sources, which may use the rooms it names and
+# nothing else. Every target gets the same warnings, and warnings are errors.
+
+option(ZUV_BUILD_FUZZERS "Build the fuzz targets alone (needs clang)" OFF)
+option(ZUV_BUILD_BENCHMARKS "Build the benchmarks" ON)
+set(ZUV_SANITIZE "" CACHE STRING "Sanitizers for every target, as -fsanitize takes them")
+
+add_library(zuv_settings INTERFACE)
+target_include_directories(zuv_settings INTERFACE ${CMAKE_SOURCE_DIR}/src)
+target_compile_options(zuv_settings INTERFACE
+    -Wall -Wextra -Wpedantic -Werror -Wshadow -Wno-gnu-zero-variadic-macro-arguments
+    -fno-omit-frame-pointer -fvisibility=default)
+target_compile_definitions(zuv_settings INTERFACE _GNU_SOURCE)
+if(ZUV_SANITIZE)
+    target_compile_options(zuv_settings INTERFACE -fsanitize=${ZUV_SANITIZE} -fno-sanitize-recover=all)
+    target_link_options(zuv_settings INTERFACE -fsanitize=${ZUV_SANITIZE})
+endif()
+
+# zuv_room(<name> [USES <room>...] [PRIVATE <imported library>...])
+function(zuv_room name)
+    cmake_parse_arguments(ROOM "" "" "USES;PRIVATE" ${ARGN})
+    file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.c)
+    add_library(${name} STATIC ${sources})
+    target_link_libraries(${name} PUBLIC zuv_settings ${ROOM_USES} PRIVATE ${ROOM_PRIVATE})
+endfunction()
+
+# zuv_test(<name> USES <room>...): one test program of all *.cpp of the folder.
+# Each test runs with the loopback profile in its environment.
+function(zuv_test name)
+    cmake_parse_arguments(TEST "" "TIMEOUT" "USES;LABELS" ${ARGN})
+    file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+    add_executable(${name} ${sources})
+    target_link_libraries(${name} PRIVATE test_support ${TEST_USES} GTest::gmock GTest::gtest_main)
+    if(NOT TEST_TIMEOUT)
+        set(TEST_TIMEOUT 120)
+    endif()
+    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
+        PROPERTIES TIMEOUT ${TEST_TIMEOUT} LABELS "${TEST_LABELS}" ENVIRONMENT "${ZUV_TEST_ENVIRONMENT}")
+endfunction()
