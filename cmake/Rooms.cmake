@@ -15,6 +15,10 @@ if(ZUV_SANITIZE)
     target_compile_options(zuv_settings INTERFACE -fsanitize=${ZUV_SANITIZE} -fno-sanitize-recover=all)
     target_link_options(zuv_settings INTERFACE -fsanitize=${ZUV_SANITIZE})
 endif()
+if(ZUV_BUILD_FUZZERS)
+    # Coverage counters in every room, or the fuzzer searches blindly.
+    target_compile_options(zuv_settings INTERFACE -fsanitize=fuzzer-no-link)
+endif()
 
 # zuv_room(<name> [USES <room>...] [PRIVATE <imported library>...])
 function(zuv_room name)
