@@ -1,5 +1,7 @@
 #include "HeapCheck.h"
 
+#include <sstream>
+
 #include "platform/osapi/Heap.h"
 
 namespace zuv_test
