@@ -12,14 +12,14 @@
 #include <fastdds/dds/topic/TopicDataType.hpp>
 #include <fastdds/dds/topic/TypeSupport.hpp>
 
-namespace dds = eprosima::fastdds::dds;
+namespace fast = eprosima::fastdds::dds;
 namespace rtps = eprosima::fastrtps::rtps;
 
 namespace
 {
 
 // Never serialized: no sample is written.
-class BareType : public dds::TopicDataType
+class BareType : public fast::TopicDataType
 {
 public:
     explicit BareType(const char *name)
@@ -48,29 +48,29 @@ int main(int argc, char **argv)
     if (argc != 2) {
         return EXIT_FAILURE;
     }
-    auto *factory = dds::DomainParticipantFactory::get_instance();
+    auto *factory = fast::DomainParticipantFactory::get_instance();
     factory->load_profiles();
     auto *participant = factory->create_participant(
-        static_cast<dds::DomainId_t>(std::atoi(argv[1])), factory->get_default_participant_qos());
+        static_cast<fast::DomainId_t>(std::atoi(argv[1])), factory->get_default_participant_qos());
     if (participant == nullptr) {
         return EXIT_FAILURE;
     }
-    const dds::TypeSupport request(new BareType("bare::Request"));
-    const dds::TypeSupport reply(new BareType("bare::Reply"));
+    const fast::TypeSupport request(new BareType("bare::Request"));
+    const fast::TypeSupport reply(new BareType("bare::Reply"));
     request.register_type(participant);
     reply.register_type(participant);
     auto *requests =
-        participant->create_topic("bare/request", "bare::Request", dds::TOPIC_QOS_DEFAULT);
-    auto *replies = participant->create_topic("bare/reply", "bare::Reply", dds::TOPIC_QOS_DEFAULT);
-    auto *publisher = participant->create_publisher(dds::PUBLISHER_QOS_DEFAULT);
-    auto *subscriber = participant->create_subscriber(dds::SUBSCRIBER_QOS_DEFAULT);
+        participant->create_topic("bare/request", "bare::Request", fast::TOPIC_QOS_DEFAULT);
+    auto *replies = participant->create_topic("bare/reply", "bare::Reply", fast::TOPIC_QOS_DEFAULT);
+    auto *publisher = participant->create_publisher(fast::PUBLISHER_QOS_DEFAULT);
+    auto *subscriber = participant->create_subscriber(fast::SUBSCRIBER_QOS_DEFAULT);
 
-    dds::DataWriterQos writerQos;
-    writerQos.reliability().kind = dds::RELIABLE_RELIABILITY_QOS;
-    writerQos.durability().kind = dds::VOLATILE_DURABILITY_QOS;
+    fast::DataWriterQos writerQos;
+    writerQos.reliability().kind = fast::RELIABLE_RELIABILITY_QOS;
+    writerQos.durability().kind = fast::VOLATILE_DURABILITY_QOS;
     writerQos.endpoint().history_memory_policy = rtps::PREALLOCATED_WITH_REALLOC_MEMORY_MODE;
-    dds::DataReaderQos readerQos;
-    readerQos.reliability().kind = dds::RELIABLE_RELIABILITY_QOS;
+    fast::DataReaderQos readerQos;
+    readerQos.reliability().kind = fast::RELIABLE_RELIABILITY_QOS;
     readerQos.endpoint().history_memory_policy = rtps::PREALLOCATED_WITH_REALLOC_MEMORY_MODE;
     const bool isMade = publisher->create_datawriter(requests, writerQos) != nullptr &&
                         subscriber->create_datareader(replies, readerQos) != nullptr;
