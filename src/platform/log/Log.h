@@ -40,8 +40,8 @@ typedef struct ZUVLogRecord {
     const char *function;
     const char *file;
     int line;
-    const ZUVLogMessage *message;
-    const char *text; /* the formatted message, without its final new line */
+    const ZUVLogMessage *message; /* NULL for a line with a format of its own */
+    const char *text;             /* the formatted message, without its final new line */
 } ZUVLogRecord;
 
 /* Where lines go. Called from any thread that logs, one call at a time. A line that the sink itself logs
@@ -83,8 +83,7 @@ void ZUVLogMessage_printTemplate(uint32_t level, uint32_t moduleId, uint32_t sub
                                  const ZUVLogMessage *message, const char *format, ...)
     __attribute__((format(printf, 8, 9)));
 
-/* The same with a format of the caller's own in place of a template. The record's message is a nameless
- * one, with the identifier 0. */
+/* The same with a format of the caller's own in place of a template; the record's message is NULL. */
 void ZUVLogMessage_printParamString(uint32_t level, uint32_t moduleId, uint32_t submodule,
                                     const char *file, int line, const char *function,
                                     const char *format, ...) __attribute__((format(printf, 7, 8)));

@@ -24,7 +24,7 @@ int MAVOString_inCompare(const char *left, const char *right, size_t length);
  * which lies in the text, or NULL when there is none left. */
 char *MAVOString_strToken(char *text, const char *separators, char **position);
 
-/* Read a boolean: "true", "1", "false" or "0" (XML Schema 1.0 part 2, 3.2.2), and beyond that "yes" and
+/* Read a boolean: "true", "1", "false" or "0" (XML Schema 1.0, Datatypes, 3.2.2), and beyond that "yes" and
  * "no", without regard to case and to the white space around. Returns 1 and stores 1 or 0, or returns 0
  * for any other text and stores nothing. */
 int MAVOString_strToBoolean(const char *text, int *value);
@@ -33,19 +33,20 @@ int MAVOString_strToBoolean(const char *text, int *value);
  * it. */
 int MAVOString_isPattern(const char *text);
 
-/* 1 if the whole `text` matches `pattern`, as POSIX fnmatch() without flags has it: "*" any characters,
- * none included, "?" one character, "[a-c]" one of these, "[!a-c]" one other, a backslash the next
- * character itself. A "[" without its "]" is itself. Takes time in proportion to both lengths multiplied,
- * at most. */
+/* 1 if the whole `text` matches `pattern`, as POSIX fnmatch() without flags has it in the C locale: "*" is
+ * any characters, none included, "?" one character, "[a-c]" and "[[:digit:]]" one of these, "[!a-c]" one
+ * other, a backslash the next character itself. A "[" without its "]" is itself. A pattern of many stars
+ * does not make it slow: the time never grows faster than a power of the lengths. */
 int MAVOString_matchesPattern(const char *text, const char *pattern);
 
 /* 1 if `text` matches one of the patterns in a list, which `separator` parts: "a*,b*". White space belongs
- * to the patterns. An empty list is one empty pattern, which only an empty text matches. */
+ * to the patterns, and none can hold the separator. An empty list is one empty pattern, which only an
+ * empty text matches. */
 int MAVOString_matchesAnyPattern(const char *text, const char *patternList, char separator);
 
 /* 1 if an element of one list matches an element of the other. Both are lists parted by `separator`. Two
- * elements match if they are equal, or if one is a pattern and the other, taken as plain text, matches
- * it. This is how two partitions match (OMG DDS 1.4, 2.2.3.13). */
+ * elements match if they are equal, or if one of them as a pattern matches the other as it stands. This is
+ * how partitions match (OMG DDS 1.4, 2.2.3.13). */
 int MAVOString_hasMatchingElement(const char *left, const char *right, char separator);
 
 #ifdef __cplusplus

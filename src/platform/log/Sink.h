@@ -1,0 +1,18 @@
+/* The one way out of the log: the sink that is in use, and the default one. */
+#ifndef ZUV_PLATFORM_LOG_SINK_H
+#define ZUV_PLATFORM_LOG_SINK_H
+
+#include "platform/log/Log.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* Hand `*record`, which must not be NULL, to the sink. Keeps errno. */
+void ZUVLog_emitI(const ZUVLogRecord *record);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
