@@ -107,6 +107,19 @@ DDS_InstanceHandle_t DDS_DataReader_lookup_instance_untyped(DDS_DataReader *self
 DDS_ReturnCode_t DDS_DataReader_get_key_value_untyped(DDS_DataReader *self, void *sample,
                                                       const DDS_InstanceHandle_t *handle);
 
+/* Put a sample into the queue of a remote writer: DDS_RETCODE_UNSUPPORTED, the middleware has no such
+ * queue to reach. */
+DDS_ReturnCode_t DDS_DataReader_add_to_remote_writer_queue_untyped(DDS_DataReader *self,
+                                                                   const void *sample,
+                                                                   const DDS_SampleInfo *info);
+
+/* Whether a sample on loan still has the content it was lent with: always, a loan is the borrower's alone.
+ * DDS_RETCODE_OK; `isConsistent` may be NULL. */
+DDS_ReturnCode_t DDS_DataReader_is_data_consistent_untyped(DDS_DataReader *self,
+                                                           DDS_Boolean *isConsistent,
+                                                           const void *sample,
+                                                           const DDS_SampleInfo *info);
+
 /* The type name that the reader's topic is registered under. */
 const char *DDS_DataReader_get_type_nameI(DDS_DataReader *self);
 

@@ -46,27 +46,49 @@ DDS_DataWriter_get_offered_incompatible_qos_status(DDS_DataWriter *self,
 DDS_ReturnCode_t DDS_DataWriter_wait_for_acknowledgments(DDS_DataWriter *self,
                                                          const DDS_Duration_t *maxWait);
 
-/* Write a sample. `params` must not be NULL; see DDS_WriteParams_t for what goes in and out. The call waits, at
- * most reliability.max_blocking_time, while the history or the send window is full.
+/* Write a sample. `params` must not be NULL; see DDS_WriteParams_t for what goes in and out. The call
+ * waits, at most reliability.max_blocking_time, while the history or the send window is full.
  * DDS_RETCODE_NOT_ENABLED; DDS_RETCODE_TIMEOUT after that wait; DDS_RETCODE_BAD_PARAMETER for NULL;
- * DDS_RETCODE_ERROR when the sample breaks a bound of its type, or the middleware refuses. Nothing is written
- * then. */
-DDS_ReturnCode_t DDS_DataWriter_write_untyped(DDS_DataWriter *self, const void *sample,
-                                              DDS_WriteParams_t *params);
+ * DDS_RETCODE_ERROR when the sample breaks a bound of its type, or the middleware refuses. Nothing is
+ * written then. */
+DDS_ReturnCode_t DDS_DataWriter_write_w_params_untyped(DDS_DataWriter *self, const void *sample,
+                                                       DDS_WriteParams_t *params);
+
+/* The same without parameters. A NULL handle looks the instance up by its key; a NULL timestamp takes the
+ * clock's. */
+DDS_ReturnCode_t DDS_DataWriter_write_w_timestamp_untyped(DDS_DataWriter *self, const void *sample,
+                                                          const DDS_InstanceHandle_t *handle,
+                                                          const DDS_Time_t *timestamp);
 
 /* Announce an instance, and get its handle: DDS_HANDLE_NIL for a type without a key or on failure. */
-DDS_InstanceHandle_t DDS_DataWriter_register_instance_untyped(DDS_DataWriter *self,
-                                                              const void *sample,
-                                                              DDS_WriteParams_t *params);
+DDS_InstanceHandle_t DDS_DataWriter_register_instance_w_params_untyped(DDS_DataWriter *self,
+                                                                       const void *instance,
+                                                                       DDS_WriteParams_t *params);
+DDS_InstanceHandle_t
+DDS_DataWriter_register_instance_w_timestamp_untyped(DDS_DataWriter *self, const void *instance,
+                                                     const DDS_Time_t *timestamp);
 
-/* Say that this writer has no more to tell of the instance, or that the instance is gone. The instance is that
- * of params->handle, or, if that is nil, the one whose key `sample` has. DDS_RETCODE_PRECONDITION_NOT_MET for a
- * type without a key. */
-DDS_ReturnCode_t DDS_DataWriter_unregister_instance_untyped(DDS_DataWriter *self,
-                                                            const void *sample,
-                                                            DDS_WriteParams_t *params);
-DDS_ReturnCode_t DDS_DataWriter_dispose_untyped(DDS_DataWriter *self, const void *sample,
-                                                DDS_WriteParams_t *params);
+/* Say that this writer has no more to tell of the instance, or that the instance is gone. The instance is
+ * that of the handle, or, if that is nil or NULL, the one whose key `instance` has.
+ * DDS_RETCODE_PRECONDITION_NOT_MET for a type without a key. */
+DDS_ReturnCode_t DDS_DataWriter_unregister_instance_w_params_untyped(DDS_DataWriter *self,
+                                                                     const void *instance,
+                                                                     DDS_WriteParams_t *params);
+DDS_ReturnCode_t
+DDS_DataWriter_unregister_instance_w_timestamp_untyped(DDS_DataWriter *self, const void *instance,
+                                                       const DDS_InstanceHandle_t *handle,
+                                                       const DDS_Time_t *timestamp);
+DDS_ReturnCode_t DDS_DataWriter_dispose_w_params_untyped(DDS_DataWriter *self, const void *instance,
+                                                         DDS_WriteParams_t *params);
+DDS_ReturnCode_t DDS_DataWriter_dispose_w_timestamp_untyped(DDS_DataWriter *self,
+                                                            const void *instance,
+                                                            const DDS_InstanceHandle_t *handle,
+                                                            const DDS_Time_t *timestamp);
+
+/* Borrow a sample of the writer to fill and to write; writing it, or discarding it, gives it back.
+ * DDS_RETCODE_PRECONDITION_NOT_MET to discard what is not on loan. */
+DDS_ReturnCode_t DDS_DataWriter_get_loan_untyped(DDS_DataWriter *self, void **sample);
+DDS_ReturnCode_t DDS_DataWriter_discard_loan_untyped(DDS_DataWriter *self, void *sample);
 
 /* The handle of the instance whose key `sample` has, or DDS_HANDLE_NIL. */
 DDS_InstanceHandle_t DDS_DataWriter_lookup_instance_untyped(DDS_DataWriter *self,

@@ -7,6 +7,7 @@
 
 #include "platform/osapi/Time.h"
 #include "platform/typesys/PrimitiveSequences.h"
+#include "platform/typesys/TypeCode.h"
 #include "platform/typesys/Types.h"
 
 #ifdef __cplusplus
@@ -154,18 +155,11 @@ typedef struct DDS_GroupDataQosPolicy {
     DDS_OctetSeq value;
 } DDS_GroupDataQosPolicy;
 
-/* What the types of an endpoint travel as. DDS_AUTO_DATA_REPRESENTATION stands for what the type allows. */
-#define DDS_XCDR_DATA_REPRESENTATION 0
-#define DDS_XML_DATA_REPRESENTATION 1
-#define DDS_XCDR2_DATA_REPRESENTATION 2
-#ifndef DDS_AUTO_DATA_REPRESENTATION
-#define DDS_AUTO_DATA_REPRESENTATION (-1)
-#endif
-
-ZUV_SEQUENCE_DECLARE(DDS_DataRepresentationIdSeq, DDS_Short)
+/* What the samples of an endpoint travel as; empty: what the type allows. */
+ZUV_SEQUENCE_DECLARE(DDS_DataRepresentationIdSeq, DDS_DataRepresentationId_t)
 
 typedef struct DDS_DataRepresentationQosPolicy {
-    DDS_DataRepresentationIdSeq value; /* empty: what the type allows */
+    DDS_DataRepresentationIdSeq value;
 } DDS_DataRepresentationQosPolicy;
 
 /* A name and a text that travel with the entity. `propagate`: other participants see it in discovery. */
