@@ -122,6 +122,10 @@ void Process::runChild(const std::vector<std::string> &command, const ProcessOpt
     for (const int number : options.ignoredSignals) {
         std::signal(number, SIG_IGN);
     }
+    if (!options.directory.empty() && chdir(options.directory.c_str()) != 0) {
+        std::perror(options.directory.c_str());
+        std::_Exit(127);
+    }
     for (const std::string &variable : options.environment) {
         putenv(const_cast<char *>(variable.c_str()));
     }
@@ -151,9 +155,23 @@ void Process::closeInput()
     closeFile(input_);
 }
 
+void Process::closeOutput()
+{
+    closeFile(output_.file);
+}
+
 bool Process::waitForOutput(std::string_view text, Duration patience)
 {
     return waitFor(output_, text, patience);
+}
+
+std::optional<std::string> Process::outputUntil(std::string_view text, Duration patience)
+{
+    const std::size_t start = output_.matched;
+    if (!waitFor(output_, text, patience)) {
+        return std::nullopt;
+    }
+    return output_.text.substr(start, output_.matched - text.size() - start);
 }
 
 bool Process::waitForError(std::string_view text, Duration patience)

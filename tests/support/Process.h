@@ -20,6 +20,8 @@ struct ProcessOptions {
     std::vector<int> ignoredSignals = {};
     // "NAME=value", over the environment of the test.
     std::vector<std::string> environment = {};
+    // Where it runs; empty: where the test does.
+    std::string directory = {};
 };
 
 // Dies with the test, at the latest. For one thread.
@@ -39,10 +41,14 @@ public:
     bool write(std::string_view text, Duration patience = kPatience);
     // End of file for the program's standard input; not on a terminal.
     void closeInput();
+    // Nobody reads the program's standard output any more; not on a terminal.
+    void closeOutput();
 
     // Read until the output behind the last match holds `text`, or the errors do; a match moves past it.
     bool waitForOutput(std::string_view text, Duration patience = kPatience);
     bool waitForError(std::string_view text, Duration patience = kPatience);
+    // As waitForOutput, giving what stands between the last match and this one.
+    std::optional<std::string> outputUntil(std::string_view text, Duration patience = kPatience);
     // Read whatever comes for a while.
     void watch(Duration duration);
 

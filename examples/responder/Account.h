@@ -1,0 +1,18 @@
+// A readable account of a request.
+#ifndef ZUV_EXAMPLES_RESPONDER_ACCOUNT_H
+#define ZUV_EXAMPLES_RESPONDER_ACCOUNT_H
+
+#include <string>
+
+#include "remoteConfig/ServiceAdmin.h"
+
+namespace responder
+{
+
+// One line: who is asked, the action, the resource, and both bodies. Long texts are told by their length and
+// checksum.
+std::string describe(const ZUV_Service_Admin_CommandRequest &request);
+
+} // namespace responder
+
+#endif

@@ -1,0 +1,32 @@
+// What the command line of the responder asks for.
+#ifndef ZUV_EXAMPLES_RESPONDER_OPTIONS_H
+#define ZUV_EXAMPLES_RESPONDER_OPTIONS_H
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace responder
+{
+
+struct Options {
+    std::int32_t domainId = 0;
+    std::string name = "S1";
+    // How requests are treated; without any of these each is answered at once, with an account of it.
+    std::chrono::milliseconds delay{0};
+    bool isError = false;
+    bool isSilent = false;
+    std::optional<std::uint32_t> replySize; // characters
+    // How many requests are treated so, from the first; those behind it get their account at once.
+    std::uint32_t treatedCount = UINT32_MAX;
+};
+
+// Nothing when the command line cannot be used.
+std::optional<Options> parseOptions(int argc, char **argv);
+
+void printUsage();
+
+} // namespace responder
+
+#endif
