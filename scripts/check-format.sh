@@ -5,4 +5,7 @@ cd "$(dirname "$0")/.."
 
 mode='--dry-run -Werror'
 [ "${1:-}" = --fix ] && mode=-i
-git ls-files -z -- '*.h' '*.hpp' '*.c' '*.cpp' | xargs -0 -r clang-format-14 $mode
+files=$(git ls-files -- '*.h' '*.hpp' '*.c' '*.cpp')
+# No name has a blank in it.
+# shellcheck disable=SC2086
+clang-format-14 $mode $files
