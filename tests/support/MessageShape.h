@@ -16,7 +16,10 @@ struct NamedMessage {
 };
 
 #define ZUV_NAMED_MESSAGE(SYMBOL)                                                                  \
-    zuv_test::NamedMessage { #SYMBOL, &SYMBOL }
+    zuv_test::NamedMessage                                                                         \
+    {                                                                                              \
+#SYMBOL, &SYMBOL                                                                           \
+    }
 
 // The argument types that the symbol lists: "sd" for ..._WITH_RETCODE_sd.
 inline std::string_view argumentsOfSymbol(std::string_view symbol)
