@@ -15,6 +15,13 @@
 namespace
 {
 
+// The sanitizers' allocators end the process at an absurd size; the system's returns.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool kSystemMayRefuse = false;
+#else
+constexpr bool kSystemMayRefuse = true;
+#endif
+
 struct Holding {
     std::uint64_t blockCount = 0;
     std::uint64_t byteCount = 0;
@@ -156,7 +163,9 @@ TEST(Heap, reallocationWithoutMemoryLeavesTheOldBlock)
     EXPECT_EQ(ZUVOsapiHeap_reallocate(&block, 8, "test"), 0);
     ZUVOsapiFault_disarm();
     EXPECT_EQ(ZUVOsapiHeap_reallocate(&block, SIZE_MAX, "test"), 0);
-    EXPECT_EQ(ZUVOsapiHeap_reallocate(&block, SIZE_MAX / 4, "test"), 0); // refused by the system
+    if (kSystemMayRefuse) {
+        EXPECT_EQ(ZUVOsapiHeap_reallocate(&block, SIZE_MAX / 4, "test"), 0);
+    }
     EXPECT_EQ(block, before);
     EXPECT_EQ(std::memcmp(block, "kept", 4), 0);
     EXPECT_EQ(ZUVOsapiHeap_getBlockSize(block), 4u);
