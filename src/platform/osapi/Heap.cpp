@@ -1,86 +1,27 @@
 #include "platform/osapi/Heap.h"
 
-#include <array>
-#include <atomic>
+#include <cstdint>
 #include <cstdlib>
-#include <cstring>
-#include <string_view>
 
 #include "platform/osapi/Fault.h"
+#include "platform/osapi/HeapAccount.hpp"
 
-// Every block stands behind a header. Its bytes and number are counted under its tag; the sums over the
-// tags are the counters of the process, so that an allocation touches no more than two cache lines.
 namespace
 {
 
 constexpr const char *kBufferTag = "aligned buffer";
 constexpr const char *kNoTag = "(no tag)";
-constexpr const char *kOtherTags = "(other tags)";
 constexpr size_t kAlignment = 16;
 constexpr uint32_t kLiveMark = 0x4c495645;
 constexpr uint32_t kFreeMark = 0x46524545;
-constexpr size_t kTagBits = 9;
-constexpr size_t kTagCount = size_t{1} << kTagBits;
 
+// Stands before every block.
 struct alignas(kAlignment) Header {
     size_t size;
-    uint32_t tagIndex;
+    uint32_t tag;
     uint32_t mark;
 };
 static_assert(sizeof(Header) == kAlignment);
-
-struct alignas(64) Tag {
-    std::atomic<const char *> name{nullptr};
-    std::atomic<uint64_t> allocationCount{0};
-    std::atomic<uint64_t> releaseCount{0};
-    std::atomic<uint64_t> byteCount{0};
-};
-
-// Open addressing by the pointer of the tag. The slot behind the table takes what finds no room in it.
-std::array<Tag, kTagCount + 1> g_tags;
-std::atomic<uint64_t> g_liveByteCount{0};
-std::atomic<uint64_t> g_peakByteCount{0};
-
-uint32_t findTag(const char *name)
-{
-    constexpr uint64_t kGoldenRatio = 0x9e3779b97f4a7c15;
-    const size_t home = (reinterpret_cast<uintptr_t>(name) * kGoldenRatio) >> (64 - kTagBits);
-    for (size_t step = 0; step < kTagCount; ++step) {
-        const size_t index = (home + step) % kTagCount;
-        const char *present = g_tags[index].name.load(std::memory_order_relaxed);
-        if (present == name) {
-            return static_cast<uint32_t>(index);
-        }
-        if (present == nullptr &&
-            (g_tags[index].name.compare_exchange_strong(present, name, std::memory_order_relaxed) ||
-             present == name)) {
-            return static_cast<uint32_t>(index);
-        }
-    }
-    g_tags[kTagCount].name.store(kOtherTags, std::memory_order_relaxed);
-    return kTagCount;
-}
-
-void countBlock(const Header &header)
-{
-    Tag &tag = g_tags[header.tagIndex];
-    tag.allocationCount.fetch_add(1, std::memory_order_relaxed);
-    tag.byteCount.fetch_add(header.size, std::memory_order_relaxed);
-    const uint64_t live =
-        g_liveByteCount.fetch_add(header.size, std::memory_order_relaxed) + header.size;
-    uint64_t peak = g_peakByteCount.load(std::memory_order_relaxed);
-    while (live > peak &&
-           !g_peakByteCount.compare_exchange_weak(peak, live, std::memory_order_relaxed)) {
-    }
-}
-
-void uncountBlock(const Header &header)
-{
-    Tag &tag = g_tags[header.tagIndex];
-    tag.releaseCount.fetch_add(1, std::memory_order_relaxed);
-    tag.byteCount.fetch_sub(header.size, std::memory_order_relaxed);
-    g_liveByteCount.fetch_sub(header.size, std::memory_order_relaxed);
-}
 
 // The header of a block of ours. Anything else, a block released before included, ends the process here,
 // where the stack still shows who did it.
@@ -106,8 +47,8 @@ void *finishBlock(void *raw, size_t size, const char *tag)
         return nullptr;
     }
     Header *header = static_cast<Header *>(raw);
-    *header = {size, findTag(tag != nullptr ? tag : kNoTag), kLiveMark};
-    countBlock(*header);
+    *header = {size, zuv_heap::tagNumber(tag != nullptr ? tag : kNoTag), kLiveMark};
+    zuv_heap::countAllocation(header->tag, size);
     return header + 1;
 }
 
@@ -146,7 +87,7 @@ int ZUVOsapiHeap_reallocate(void **buffer, size_t size, const char *tag)
         return 0;
     }
     if (!isNew) {
-        uncountBlock(before);
+        zuv_heap::countRelease(before.tag, before.size);
     }
     *buffer = finishBlock(moved, size, tag);
     return 1;
@@ -158,7 +99,7 @@ void ZUVOsapiHeap_free(void *block)
         return;
     }
     Header *header = headerOf(block);
-    uncountBlock(*header);
+    zuv_heap::countRelease(header->tag, header->size);
     header->mark = kFreeMark;
     std::free(header);
 }
@@ -182,41 +123,11 @@ size_t ZUVOsapiHeap_getBlockSize(const void *block)
 
 void ZUVOsapiHeap_getStatistics(ZUVOsapiHeapStatistics *statistics)
 {
-    *statistics = {};
-    for (const Tag &tag : g_tags) {
-        const uint64_t released = tag.releaseCount.load(std::memory_order_relaxed);
-        const uint64_t allocated = tag.allocationCount.load(std::memory_order_relaxed);
-        statistics->allocationCount += allocated;
-        statistics->liveBlockCount += allocated - released;
-    }
-    statistics->liveByteCount = g_liveByteCount.load(std::memory_order_relaxed);
-    statistics->peakByteCount = g_peakByteCount.load(std::memory_order_relaxed);
+    *statistics = zuv_heap::statistics();
 }
 
 void ZUVOsapiHeap_visitTags(ZUVOsapiHeapTagVisitor visitor, void *visitorData)
 {
-    // Two source files may hold the same text twice: slots of one text are one tag.
-    std::array<bool, kTagCount + 1> visited{};
-    for (size_t first = 0; first < g_tags.size(); ++first) {
-        const char *name = g_tags[first].name.load(std::memory_order_relaxed);
-        if (name == nullptr || visited[first]) {
-            continue;
-        }
-        uint64_t blockCount = 0;
-        uint64_t byteCount = 0;
-        for (size_t index = first; index < g_tags.size(); ++index) {
-            const Tag &tag = g_tags[index];
-            const char *other = tag.name.load(std::memory_order_relaxed);
-            if (other != nullptr && std::string_view(other) == name) {
-                visited[index] = true;
-                blockCount += tag.allocationCount.load(std::memory_order_relaxed) -
-                              tag.releaseCount.load(std::memory_order_relaxed);
-                byteCount += tag.byteCount.load(std::memory_order_relaxed);
-            }
-        }
-        if (blockCount != 0) {
-            visitor(visitorData, name, blockCount, byteCount);
-        }
-    }
+    zuv_heap::visitTags(visitor, visitorData);
 }
 }

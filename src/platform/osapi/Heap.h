@@ -13,12 +13,13 @@
 extern "C" {
 #endif
 
-/* Counters of the process's heap since its start. */
+/* Counters of the process's heap since its start. While other threads allocate, they need not fit one
+ * another. */
 typedef struct ZUVOsapiHeapStatistics {
     uint64_t allocationCount; /* blocks ever handed out; a reallocation counts as one */
     uint64_t liveBlockCount;  /* blocks not yet released */
     uint64_t liveByteCount;   /* bytes of these blocks, as asked for */
-    uint64_t peakByteCount;   /* the highest liveByteCount ever seen */
+    uint64_t peakByteCount;   /* the highest liveByteCount, to within 4 KiB a thread */
 } ZUVOsapiHeapStatistics;
 
 /* Allocate `size` bytes with undefined content, aligned for any type.

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <atomic>
 #include <cstdint>
 #include <cstring>
 #include <map>
@@ -235,23 +236,6 @@ TEST(Heap, visitsTheTagsThatHoldBlocksAndOneTextOnce)
     EXPECT_EQ(holdings().count(sameText), 0u);
 }
 
-TEST(Heap, bearsMoreTagsThanItsTableHas)
-{
-    static char tags[2000][8];
-    const zuv_test::HeapCheck check;
-    std::vector<void *> blocks;
-    for (std::size_t index = 0; index < std::size(tags); ++index) {
-        std::snprintf(tags[index], sizeof(tags[index]), "t%zu", index);
-        blocks.push_back(ZUVOsapiHeap_allocate(1, tags[index]));
-    }
-    EXPECT_EQ(check.liveBlocks(), 2000);
-    EXPECT_GT(holdings()["(other tags)"].blockCount, 1000u);
-    for (void *block : blocks) {
-        ZUVOsapiHeap_free(block);
-    }
-    EXPECT_TRUE(check.isBalanced());
-}
-
 TEST(Heap, countsRightlyWhenThreadsAllocateAtOnce)
 {
     const zuv_test::HeapCheck check;
@@ -273,10 +257,79 @@ TEST(Heap, countsRightlyWhenThreadsAllocateAtOnce)
     EXPECT_EQ(holdings().count("thread"), 0u);
 }
 
+TEST(Heap, aBlockMayBeReleasedByAnotherThread)
+{
+    const zuv_test::HeapCheck check;
+    void *block = nullptr;
+    std::thread([&] { block = ZUVOsapiHeap_allocate(100, "handed over"); }).join();
+    EXPECT_EQ(check.liveBlocks(), 1);
+    EXPECT_EQ(holdings()["handed over"].byteCount, 100u);
+    std::thread([&] { ZUVOsapiHeap_free(block); }).join();
+    EXPECT_TRUE(check.isBalanced());
+    EXPECT_EQ(holdings().count("handed over"), 0u);
+}
+
+TEST(Heap, countsBlocksThatAThreadReleasesAtItsVeryEnd)
+{
+    struct Keeper {
+        void *block = nullptr;
+        ~Keeper() { ZUVOsapiHeap_free(block); }
+    };
+    static thread_local Keeper
+        keeper; // made before the thread's first block, and so destroyed last
+    const zuv_test::HeapCheck check;
+    std::thread([] {
+        Keeper &mine = keeper;
+        mine.block = ZUVOsapiHeap_allocate(100000, "test");
+    }).join();
+    EXPECT_TRUE(check.isBalanced());
+    EXPECT_EQ(check.allocations(), 1u);
+}
+
+TEST(Heap, thePeakIsSeenThoughNobodyAsksAtThatTime)
+{
+    const std::uint64_t before = statistics().peakByteCount;
+    std::vector<std::thread> threads;
+    std::atomic<int> holding{0};
+    const std::size_t size = before / 2 + 100000;
+    for (int number = 0; number < 2; ++number) {
+        threads.emplace_back([&] {
+            void *block = ZUVOsapiHeap_allocate(size, "test");
+            for (++holding; holding < 2;) {
+                std::this_thread::yield();
+            }
+            ZUVOsapiHeap_free(block);
+        });
+    }
+    for (std::thread &thread : threads) {
+        thread.join();
+    }
+    EXPECT_GE(statistics().peakByteCount + 3 * 4096, 2 * size);
+    EXPECT_GT(statistics().peakByteCount, before);
+}
+
 TEST(HeapDeathTest, releasingWhatIsNoBlockEndsTheProcess)
 {
     alignas(16) static char foreign[64] = "";
     EXPECT_DEATH(ZUVOsapiHeap_free(foreign + 32), "");
+}
+
+// The last test of the file: the table stays full.
+TEST(Heap, bearsMoreTagsThanItsTableHas)
+{
+    static char tags[2000][24];
+    const zuv_test::HeapCheck check;
+    std::vector<void *> blocks;
+    for (std::size_t index = 0; index < std::size(tags); ++index) {
+        std::snprintf(tags[index], sizeof(tags[index]), "t%zu", index);
+        blocks.push_back(ZUVOsapiHeap_allocate(1, tags[index]));
+    }
+    EXPECT_EQ(check.liveBlocks(), 2000);
+    EXPECT_GT(holdings()["(other tags)"].blockCount, 1000u);
+    for (void *block : blocks) {
+        ZUVOsapiHeap_free(block);
+    }
+    EXPECT_TRUE(check.isBalanced());
 }
 
 } // namespace

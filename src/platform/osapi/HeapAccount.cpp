@@ -1,0 +1,228 @@
+#include "platform/osapi/HeapAccount.hpp"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <mutex>
+#include <string_view>
+
+namespace zuv_heap
+{
+namespace
+{
+
+constexpr std::size_t kTagBits = 9;
+constexpr std::size_t kTableSize = std::size_t{1} << kTagBits;
+constexpr std::size_t kTagCount = kTableSize + 1; // the last one takes what finds no room
+constexpr const char *kOtherTags = "(other tags)";
+
+// How far the live bytes of a thread may move before it tells the others, who then see a new peak.
+constexpr std::int64_t kUntoldLimit = 4096;
+
+// A counter that one thread writes and any may read.
+class Counter
+{
+public:
+    std::uint64_t get() const { return value_.load(std::memory_order_relaxed); }
+    void add(std::uint64_t amount) { value_.store(get() + amount, std::memory_order_relaxed); }
+
+private:
+    std::atomic<std::uint64_t> value_{0};
+};
+
+// Blocks may be released by another thread than the one that allocated them: only the sums over all
+// accounts mean something, and they are right modulo 2^64.
+struct TagCounters {
+    Counter allocations;
+    Counter releases;
+    Counter bytes;
+
+    void add(const TagCounters &other)
+    {
+        allocations.add(other.allocations.get());
+        releases.add(other.releases.get());
+        bytes.add(other.bytes.get());
+    }
+};
+
+using Totals = std::array<TagCounters, kTagCount>;
+
+struct Account {
+    Totals tags;
+    std::int64_t untoldBytes = 0;
+    Account *next = nullptr;
+};
+
+void addAccount(Totals &totals, const Account &account)
+{
+    for (std::size_t tag = 0; tag < kTagCount; ++tag) {
+        totals[tag].add(account.tags[tag]);
+    }
+}
+
+std::array<std::atomic<const char *>, kTagCount> g_tagNames;
+std::atomic<std::int64_t> g_toldBytes{0};
+std::atomic<std::int64_t> g_peakBytes{0};
+
+std::mutex g_mutex;            // guards what follows
+Account *g_accounts = nullptr; // of the running threads
+Account g_retired;             // of the threads that ended
+
+void noteLiveBytes(std::int64_t live)
+{
+    std::int64_t peak = g_peakBytes.load(std::memory_order_relaxed);
+    while (live > peak &&
+           !g_peakBytes.compare_exchange_weak(peak, live, std::memory_order_relaxed)) {
+    }
+}
+
+void tellBytes(Account &account)
+{
+    const std::int64_t untold = account.untoldBytes;
+    account.untoldBytes = 0;
+    noteLiveBytes(g_toldBytes.fetch_add(untold, std::memory_order_relaxed) + untold);
+}
+
+// The account of a thread, from its first block to its end.
+class OwnAccount
+{
+public:
+    OwnAccount()
+    {
+        const std::lock_guard lock(g_mutex);
+        account_.next = g_accounts;
+        g_accounts = &account_;
+    }
+
+    ~OwnAccount()
+    {
+        tellBytes(account_);
+        const std::lock_guard lock(g_mutex);
+        addAccount(g_retired.tags, account_);
+        Account **link = &g_accounts;
+        while (*link != &account_) {
+            link = &(*link)->next;
+        }
+        *link = account_.next;
+        s_isGone = true;
+    }
+
+    Account &account() { return account_; }
+
+    // Set when the thread's account is closed; other destructors of the thread may still release blocks.
+    static thread_local bool s_isGone;
+
+private:
+    Account account_;
+};
+
+thread_local bool OwnAccount::s_isGone = false;
+thread_local OwnAccount t_own;
+
+// Count with the account of the calling thread.
+template <typename Count>
+void count(Count countWith)
+{
+    if (OwnAccount::s_isGone) {
+        const std::lock_guard lock(g_mutex);
+        countWith(g_retired);
+        tellBytes(g_retired);
+        return;
+    }
+    Account &account = t_own.account();
+    countWith(account);
+    if (account.untoldBytes > kUntoldLimit || account.untoldBytes < -kUntoldLimit) {
+        tellBytes(account);
+    }
+}
+
+// Sum up all accounts; `totals` is zero before.
+void addAllAccounts(Totals &totals)
+{
+    const std::lock_guard lock(g_mutex);
+    addAccount(totals, g_retired);
+    for (const Account *account = g_accounts; account != nullptr; account = account->next) {
+        addAccount(totals, *account);
+    }
+}
+
+} // namespace
+
+std::uint32_t tagNumber(const char *tag)
+{
+    constexpr std::uint64_t kGoldenRatio = 0x9e3779b97f4a7c15;
+    const std::size_t home =
+        (reinterpret_cast<std::uintptr_t>(tag) * kGoldenRatio) >> (64 - kTagBits);
+    for (std::size_t step = 0; step < kTableSize; ++step) {
+        const std::size_t number = (home + step) % kTableSize;
+        const char *present = g_tagNames[number].load(std::memory_order_relaxed);
+        if (present == nullptr) {
+            g_tagNames[number].compare_exchange_strong(present, tag, std::memory_order_relaxed);
+        }
+        if (present == tag || present == nullptr) { // nullptr: the exchange put ours there
+            return static_cast<std::uint32_t>(number);
+        }
+    }
+    g_tagNames[kTableSize].store(kOtherTags, std::memory_order_relaxed);
+    return kTableSize;
+}
+
+void countAllocation(std::uint32_t tag, std::size_t size)
+{
+    count([=](Account &account) {
+        account.tags[tag].allocations.add(1);
+        account.tags[tag].bytes.add(size);
+        account.untoldBytes += static_cast<std::int64_t>(size);
+    });
+}
+
+void countRelease(std::uint32_t tag, std::size_t size)
+{
+    count([=](Account &account) {
+        account.tags[tag].releases.add(1);
+        account.tags[tag].bytes.add(-static_cast<std::uint64_t>(size));
+        account.untoldBytes -= static_cast<std::int64_t>(size);
+    });
+}
+
+ZUVOsapiHeapStatistics statistics()
+{
+    Totals totals;
+    addAllAccounts(totals);
+    ZUVOsapiHeapStatistics sums = {};
+    for (const TagCounters &tag : totals) {
+        sums.allocationCount += tag.allocations.get();
+        sums.liveBlockCount += tag.allocations.get() - tag.releases.get();
+        sums.liveByteCount += tag.bytes.get();
+    }
+    noteLiveBytes(static_cast<std::int64_t>(sums.liveByteCount));
+    sums.peakByteCount = static_cast<std::uint64_t>(g_peakBytes.load(std::memory_order_relaxed));
+    return sums;
+}
+
+void visitTags(ZUVOsapiHeapTagVisitor visitor, void *visitorData)
+{
+    // Two source files may hold the same text twice: numbers of one text are one tag.
+    Totals sums;
+    addAllAccounts(sums);
+    std::array<const char *, kTagCount> names;
+    std::copy(g_tagNames.begin(), g_tagNames.end(), names.begin());
+    for (std::size_t first = 0; first < kTagCount; ++first) {
+        if (names[first] == nullptr) {
+            continue;
+        }
+        for (std::size_t other = first + 1; other < kTagCount; ++other) {
+            if (names[other] != nullptr && std::string_view(names[other]) == names[first]) {
+                sums[first].add(sums[other]);
+                names[other] = nullptr;
+            }
+        }
+        const TagCounters &sum = sums[first];
+        if (sum.allocations.get() != sum.releases.get()) {
+            visitor(visitorData, names[first], sum.allocations.get() - sum.releases.get(),
+                    sum.bytes.get());
+        }
+    }
+}
+
+} // namespace zuv_heap
