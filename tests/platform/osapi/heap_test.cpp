@@ -275,10 +275,10 @@ TEST(Heap, countsBlocksThatAThreadReleasesAtItsVeryEnd)
         void *block = nullptr;
         ~Keeper() { ZUVOsapiHeap_free(block); }
     };
-    static thread_local Keeper
-        keeper; // made before the thread's first block, and so destroyed last
     const zuv_test::HeapCheck check;
     std::thread([] {
+        // Made before the thread's first block, and so destroyed behind the thread's account.
+        static thread_local Keeper keeper;
         Keeper &mine = keeper;
         mine.block = ZUVOsapiHeap_allocate(100000, "test");
     }).join();
