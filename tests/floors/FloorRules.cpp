@@ -16,9 +16,22 @@ using Names = std::set<std::string_view>;
 
 // Rooms on the same floor do not see each other.
 const std::map<std::string_view, int> kFloors = {
-    {"platform/osapi", 0},   {"platform/log", 1}, {"platform/kolm", 2},    {"platform/mavo", 2},
-    {"platform/typesys", 3}, {"platform/dds", 4}, {"platform/talvane", 5}, {"log", 6},
-    {"common", 7},           {"config", 8},       {"remoteConfig", 9},     {"remoteShell", 10},
+    {"platform/osapi", 0},
+    {"platform/log", 1},
+    {"platform/kolm", 2},
+    {"platform/mavo", 2},
+    {"platform/event", 2},
+    {"platform/typesys", 3},
+    {"platform/xmlutils", 4},
+    {"platform/dds", 5},
+    {"platform/ddsxml", 6},
+    {"platform/talvane", 6},
+    {"log", 7},
+    {"common", 8},
+    {"sdkLib", 8},
+    {"config", 9},
+    {"remoteConfig", 10},
+    {"remoteShell", 11},
 };
 
 const Names kCHeaders = {
