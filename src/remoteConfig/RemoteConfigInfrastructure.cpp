@@ -5,6 +5,7 @@
 #include <iterator>
 #include <string_view>
 
+#include "common/ServiceCommonSupport.h"
 #include "config/Utils.h"
 #include "log/Log.h"
 #include "platform/mavo/String.h"

@@ -13,9 +13,6 @@
 extern "C" {
 #endif
 
-#define ZUV_SERVICE_ADMIN_REQUEST_TOPIC_NAME "zuv/service/admin/command_request"
-#define ZUV_SERVICE_ADMIN_REPLY_TOPIC_NAME "zuv/service/admin/command_reply"
-
 /* -- Types ------------------------------------------------------------------------------------------- */
 
 typedef ZUV_Service_BoundedString ZUV_Service_Admin_EntityName;

@@ -1,0 +1,4 @@
+#include "remoteConfig/ServiceAdminSupport.h"
+
+DDS_TYPED_ENDPOINTS_DEFINE(ZUV_Service_Admin_CommandRequest, ZUV_Service_Admin_CommandRequestSeq)
+DDS_TYPED_ENDPOINTS_DEFINE(ZUV_Service_Admin_CommandReply, ZUV_Service_Admin_CommandReplySeq)
