@@ -12,9 +12,9 @@ extern "C" {
 #endif
 
 /* Texts are NUL-terminated and belong to their sample. */
-#define ZUV_Service_BoundedString_MAX_LENGTH 255
-#define ZUV_Service_FilePath_MAX_LENGTH 1024
-#define ZUV_Service_ResourceId_MAX_LENGTH 2048
+#define ZUV_SERVICE_BOUNDED_STRING_MAX_LENGTH 255
+#define ZUV_SERVICE_FILE_PATH_MAX_LENGTH 1024
+#define ZUV_SERVICE_RESOURCE_ID_MAX_LENGTH 2048
 
 typedef char *ZUV_Service_BoundedString; /* names */
 typedef char *ZUV_Service_FilePath;      /* paths of files */
@@ -46,10 +46,10 @@ typedef struct ZUV_Service_EntityState {
 ZUV_TYPE_DECLARE_TOPIC(ZUV_Service_EntityState)
 
 /* The key of a built-in topic, four words. */
-#define ZUV_Service_BuiltinTopicKey_VALUE_LENGTH 4
+#define ZUV_SERVICE_BUILTIN_TOPIC_KEY_LENGTH 4
 
 typedef struct ZUV_Service_BuiltinTopicKey {
-    DDS_UnsignedLong value[ZUV_Service_BuiltinTopicKey_VALUE_LENGTH];
+    DDS_UnsignedLong value[ZUV_SERVICE_BUILTIN_TOPIC_KEY_LENGTH];
 } ZUV_Service_BuiltinTopicKey;
 
 ZUV_TYPE_DECLARE_NESTED(ZUV_Service_BuiltinTopicKey)

@@ -1,0 +1,6 @@
+#include "platform/typesys/AllocationParams.h"
+
+const DDS_TypeAllocationParams_t DDS_TYPE_ALLOCATION_PARAMS_DEFAULT =
+    DDS_TYPE_ALLOCATION_PARAMS_INITIALIZER;
+const DDS_TypeDeallocationParams_t DDS_TYPE_DEALLOCATION_PARAMS_DEFAULT =
+    DDS_TYPE_DEALLOCATION_PARAMS_INITIALIZER;

@@ -1,0 +1,330 @@
+#include "platform/typesys/Codec.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstring>
+
+#include "platform/log/DDSLog.h"
+#include "platform/log/LogMessages.h"
+#include "platform/osapi/Fault.h"
+#include "platform/osapi/Heap.h"
+#include "platform/typesys/Decoder.hpp"
+#include "platform/typesys/Encoder.hpp"
+#include "platform/typesys/WireSize.hpp"
+
+namespace
+{
+
+using zuv::DecodePass;
+using zuv::EncodeFailure;
+using zuv::kEncapsulationHeaderSize;
+
+constexpr bool kIsLittleEndian = std::endian::native == std::endian::little;
+constexpr std::uint32_t kLittleEndianBit = 1;
+constexpr std::uint32_t kPayloadAlignment = 4;
+
+std::uint32_t paddingOf(std::uint64_t size)
+{
+    return static_cast<std::uint32_t>((0 - size) & (kPayloadAlignment - 1));
+}
+
+const char *nameOf(const DDS_TypeCode *type)
+{
+    const char *name = DDS_TypeCode_name(type, nullptr);
+    return name != nullptr ? name : "sample";
+}
+
+const char *textOf(EncodeFailure failure)
+{
+    switch (failure) {
+    case EncodeFailure::BeyondBound:
+        return "a text or sequence is beyond its bound";
+    case EncodeFailure::NullText:
+        return "a text that is not optional is NULL";
+    case EncodeFailure::UnknownEnumValue:
+        return "an enumeration holds a value that it does not have";
+    default:
+        return "the buffer has not room enough";
+    }
+}
+
+DDS_Boolean refuseSample(const DDS_TypeCode *type, EncodeFailure failure)
+{
+    ZUV_LOG(DDS, ZUV_LOG_BIT_EXCEPTION, DDS_SUBMODULE_TYPES, &ZUV_LOG_ANY_FAILURE_s,
+            textOf(failure));
+    ZUV_LOG(DDS, ZUV_LOG_BIT_EXCEPTION, DDS_SUBMODULE_TYPES, &ZUV_CDR_LOG_SERIALIZE_FAILURE_s,
+            nameOf(type));
+    return DDS_BOOLEAN_FALSE;
+}
+
+DDS_Boolean refusePayload(const DDS_TypeCode *type)
+{
+    ZUV_LOG(DDS, ZUV_LOG_BIT_EXCEPTION, DDS_SUBMODULE_TYPES, &ZUV_CDR_LOG_DESERIALIZE_FAILURE_s,
+            nameOf(type));
+    return DDS_BOOLEAN_FALSE;
+}
+
+bool isNull(const void *argument, const char *condition)
+{
+    return ZUV_PRECONDITION(DDS, DDS_SUBMODULE_TYPES, argument == nullptr, condition);
+}
+
+// The encapsulation of a type's samples, or of its plain key, without the bit for the byte order.
+std::uint32_t encapsulationOf(const zuv::Program &program)
+{
+    switch (program.extensibility()) {
+    case DDS_EXTENSIBLE_EXTENSIBILITY:
+        return DDS_ENCAPSULATION_ID_D_CDR2_BE;
+    case DDS_MUTABLE_EXTENSIBILITY:
+        return DDS_ENCAPSULATION_ID_PL_CDR2_BE;
+    default:
+        return DDS_ENCAPSULATION_ID_CDR2_BE;
+    }
+}
+
+void writeHeader(DDS_Octet *buffer, std::uint32_t encapsulation, std::uint32_t padding)
+{
+    const std::uint32_t identifier = encapsulation + (kIsLittleEndian ? kLittleEndianBit : 0);
+    buffer[0] = static_cast<DDS_Octet>(identifier >> 8);
+    buffer[1] = static_cast<DDS_Octet>(identifier);
+    buffer[2] = 0;
+    buffer[3] = static_cast<DDS_Octet>(padding);
+}
+
+// A payload: header, what `write` writes, padding.
+template <typename Write>
+DDS_Boolean writePayload(const DDS_TypeCode *type, std::uint32_t encapsulation, DDS_Octet *buffer,
+                         DDS_UnsignedLong capacity, DDS_UnsignedLong *length, Write write)
+{
+    if (capacity < kEncapsulationHeaderSize) {
+        return refuseSample(type, EncodeFailure::NoRoom);
+    }
+    zuv::BufferSink<false> sink(buffer + kEncapsulationHeaderSize,
+                                capacity - kEncapsulationHeaderSize);
+    zuv::Encoder encoder(sink);
+    if (!write(encoder)) {
+        return refuseSample(type, encoder.failure());
+    }
+    const std::uint32_t padding = paddingOf(sink.position());
+    if (!sink.align(kPayloadAlignment)) {
+        return refuseSample(type, EncodeFailure::NoRoom);
+    }
+    writeHeader(buffer, encapsulation, padding);
+    *length = kEncapsulationHeaderSize + static_cast<DDS_UnsignedLong>(sink.position());
+    return DDS_BOOLEAN_TRUE;
+}
+
+// Runs `read` on a decoder of the payload's byte order, if the payload is of the encapsulation.
+template <DecodePass Pass, typename Read>
+bool readPayload(std::uint32_t encapsulation, const DDS_Octet *buffer, DDS_UnsignedLong length,
+                 Read read)
+{
+    if (length < kEncapsulationHeaderSize) {
+        return false;
+    }
+    const std::uint32_t identifier = std::uint32_t{buffer[0]} << 8 | buffer[1];
+    if ((identifier & ~kLittleEndianBit) != encapsulation) {
+        return false;
+    }
+    const DDS_Octet *body = buffer + kEncapsulationHeaderSize;
+    const std::size_t size = length - kEncapsulationHeaderSize;
+    const auto run = [&](auto &&decoder) {
+        return read(decoder) &&
+               (Pass == DecodePass::Read || decoder.remaining() < kPayloadAlignment);
+    };
+    const bool isNative = ((identifier & kLittleEndianBit) != 0) == kIsLittleEndian;
+    return isNative ? run(zuv::Decoder<Pass, false>(body, size))
+                    : run(zuv::Decoder<Pass, true>(body, size));
+}
+
+bool isValid(const zuv::Program &program, const DDS_Octet *buffer, DDS_UnsignedLong length)
+{
+    return readPayload<DecodePass::Check>(
+        encapsulationOf(program), buffer, length,
+        [&program](auto &decoder) { return decoder.sample(program, nullptr); });
+}
+
+DDS_UnsignedLong wholeSize(std::uint64_t memberSize, DDS_Boolean includeEncapsulation)
+{
+    const std::uint64_t size = includeEncapsulation
+                                   ? kEncapsulationHeaderSize + memberSize + paddingOf(memberSize)
+                                   : memberSize;
+    return static_cast<DDS_UnsignedLong>(std::min<std::uint64_t>(size, ZUV_CODEC_UNBOUNDED_SIZE));
+}
+
+} // namespace
+
+DDS_UnsignedLong ZUVCodec_getSize(const DDS_TypeCode *type, DDS_Boolean includeEncapsulation,
+                                  const void *sample)
+{
+    const zuv::Program *program = zuv::Program::of(type);
+    if (program == nullptr || isNull(sample, "sample == ((void *)0)")) {
+        return 0;
+    }
+    zuv::CountingSink sink;
+    zuv::Encoder encoder(sink);
+    if (!encoder.sample(*program, sample)) {
+        refuseSample(type, encoder.failure());
+        return 0;
+    }
+    return wholeSize(sink.position(), includeEncapsulation);
+}
+
+DDS_UnsignedLong ZUVCodec_getMaxSize(const DDS_TypeCode *type, DDS_Boolean includeEncapsulation)
+{
+    const zuv::Program *program = zuv::Program::of(type);
+    return program == nullptr ? 0 : wholeSize(zuv::greatestSize(*program), includeEncapsulation);
+}
+
+DDS_UnsignedLong ZUVCodec_getMinSize(const DDS_TypeCode *type, DDS_Boolean includeEncapsulation)
+{
+    const zuv::Program *program = zuv::Program::of(type);
+    return program == nullptr ? 0 : wholeSize(zuv::leastSize(*program), includeEncapsulation);
+}
+
+DDS_Boolean ZUVCodec_serialize(const DDS_TypeCode *type, const void *sample, DDS_Octet *buffer,
+                               DDS_UnsignedLong capacity, DDS_UnsignedLong *length)
+{
+    const zuv::Program *program = zuv::Program::of(type);
+    if (program == nullptr || isNull(sample, "sample == ((void *)0)") ||
+        isNull(buffer, "buffer == ((void *)0)") || isNull(length, "length == ((void *)0)")) {
+        return DDS_BOOLEAN_FALSE;
+    }
+    return writePayload(type, encapsulationOf(*program), buffer, capacity, length,
+                        [&](auto &encoder) { return encoder.sample(*program, sample); });
+}
+
+DDS_Boolean ZUVCodec_deserialize(const DDS_TypeCode *type, void *sample, const DDS_Octet *buffer,
+                                 DDS_UnsignedLong length)
+{
+    const zuv::Program *program = zuv::Program::of(type);
+    if (program == nullptr || isNull(sample, "sample == ((void *)0)") ||
+        isNull(buffer, "buffer == ((void *)0)")) {
+        return DDS_BOOLEAN_FALSE;
+    }
+    const bool isRead = isValid(*program, buffer, length) &&
+                        !ZUV_OSAPI_FAULT("typesys.deserialize") &&
+                        readPayload<DecodePass::Read>(
+                            encapsulationOf(*program), buffer, length,
+                            [&](auto &decoder) { return decoder.sample(*program, sample); });
+    return isRead ? DDS_BOOLEAN_TRUE : refusePayload(type);
+}
+
+DDS_Boolean ZUVCodec_validate(const DDS_TypeCode *type, const DDS_Octet *buffer,
+                              DDS_UnsignedLong length)
+{
+    const zuv::Program *program = zuv::Program::of(type);
+    return program != nullptr && !isNull(buffer, "buffer == ((void *)0)") &&
+           isValid(*program, buffer, length);
+}
+
+DDS_Boolean ZUVCodec_hasKey(const DDS_TypeCode *type)
+{
+    const zuv::Program *program = zuv::Program::of(type);
+    return program != nullptr && program->hasKey();
+}
+
+DDS_UnsignedLong ZUVCodec_getKeyMaxSize(const DDS_TypeCode *type, DDS_Boolean includeEncapsulation)
+{
+    return ZUVCodec_hasKey(type) ? wholeSize(zuv::greatestSize(zuv::Program::of(type)->keyOps()),
+                                             includeEncapsulation)
+                                 : 0;
+}
+
+DDS_UnsignedLong ZUVCodec_getKeyHashInputMaxSize(const DDS_TypeCode *type)
+{
+    return ZUVCodec_getKeyMaxSize(type, DDS_BOOLEAN_FALSE);
+}
+
+DDS_Boolean ZUVCodec_serializeKey(const DDS_TypeCode *type, const void *sample, DDS_Octet *buffer,
+                                  DDS_UnsignedLong capacity, DDS_UnsignedLong *length)
+{
+    if (!ZUVCodec_hasKey(type) || isNull(sample, "sample == ((void *)0)") ||
+        isNull(buffer, "buffer == ((void *)0)") || isNull(length, "length == ((void *)0)")) {
+        return DDS_BOOLEAN_FALSE;
+    }
+    const auto keyOps = zuv::Program::of(type)->keyOps();
+    return writePayload(type, DDS_ENCAPSULATION_ID_CDR2_BE, buffer, capacity, length,
+                        [&](auto &encoder) { return encoder.ops(keyOps, sample); });
+}
+
+DDS_Boolean ZUVCodec_deserializeKey(const DDS_TypeCode *type, void *sample, const DDS_Octet *buffer,
+                                    DDS_UnsignedLong length)
+{
+    if (!ZUVCodec_hasKey(type) || isNull(sample, "sample == ((void *)0)") ||
+        isNull(buffer, "buffer == ((void *)0)")) {
+        return DDS_BOOLEAN_FALSE;
+    }
+    const auto keyOps = zuv::Program::of(type)->keyOps();
+    const bool isRead = readPayload<DecodePass::Check>(
+                            DDS_ENCAPSULATION_ID_CDR2_BE, buffer, length,
+                            [&](auto &decoder) { return decoder.ops(keyOps, nullptr, false); }) &&
+                        readPayload<DecodePass::Read>(
+                            DDS_ENCAPSULATION_ID_CDR2_BE, buffer, length,
+                            [&](auto &decoder) { return decoder.ops(keyOps, sample, false); });
+    return isRead ? DDS_BOOLEAN_TRUE : refusePayload(type);
+}
+
+DDS_Boolean ZUVCodec_getKeyHash(const DDS_TypeCode *type, const void *sample, ZUVKeyHash *hash)
+{
+    if (!ZUVCodec_hasKey(type) || isNull(sample, "sample == ((void *)0)") ||
+        isNull(hash, "hash == ((void *)0)")) {
+        return DDS_BOOLEAN_FALSE;
+    }
+    const auto keyOps = zuv::Program::of(type)->keyOps();
+    zuv::CountingSink counter;
+    zuv::Encoder counting(counter);
+    if (!counting.ops(keyOps, sample)) {
+        return refuseSample(type, counting.failure());
+    }
+    std::array<DDS_Octet, 256> small{};
+    const std::size_t size = counter.position();
+    DDS_Octet *buffer =
+        size <= small.size()
+            ? small.data()
+            : static_cast<DDS_Octet *>(ZUVOsapiHeap_allocateBufferAligned(size, kPayloadAlignment));
+    if (buffer == nullptr) {
+        return refuseSample(type, EncodeFailure::NoRoom);
+    }
+    zuv::BufferSink<kIsLittleEndian> sink(buffer, size);
+    zuv::Encoder(sink).ops(keyOps, sample);
+    if (ZUVCodec_getKeyHashInputMaxSize(type) <= sizeof(hash->value)) {
+        std::memset(hash->value, 0, sizeof(hash->value));
+        std::memcpy(hash->value, buffer, size);
+    } else {
+        zuv::Md5 md5;
+        md5.update({buffer, size});
+        const zuv::Md5Digest digest = md5.finish();
+        std::ranges::copy(digest, hash->value);
+    }
+    if (buffer != small.data()) {
+        ZUVOsapiHeap_freeBufferAligned(buffer);
+    }
+    return DDS_BOOLEAN_TRUE;
+}
+
+DDS_Boolean ZUVCodec_serializeToCdrBuffer(const DDS_TypeCode *type, char *buffer,
+                                          unsigned int *length, const void *sample,
+                                          DDS_DataRepresentationId_t representation)
+{
+    if (isNull(length, "length == ((void *)0)")) {
+        return DDS_BOOLEAN_FALSE;
+    }
+    if (DDS_TypeCode_get_native_encapsulation(type, representation) > DDS_ENCAPSULATION_ID_MAX) {
+        ZUV_LOG(DDS, ZUV_LOG_BIT_EXCEPTION, DDS_SUBMODULE_TYPES, &ZUV_LOG_GET_FAILURE_s,
+                "encapsulation for the data representation");
+        return DDS_BOOLEAN_FALSE;
+    }
+    if (buffer == nullptr) {
+        *length = ZUVCodec_getSize(type, DDS_BOOLEAN_TRUE, sample);
+        return *length > 0;
+    }
+    return ZUVCodec_serialize(type, sample, reinterpret_cast<DDS_Octet *>(buffer), *length, length);
+}
+
+DDS_Boolean ZUVCodec_deserializeFromCdrBuffer(const DDS_TypeCode *type, void *sample,
+                                              const char *buffer, unsigned int length)
+{
+    return ZUVCodec_deserialize(type, sample, reinterpret_cast<const DDS_Octet *>(buffer), length);
+}
