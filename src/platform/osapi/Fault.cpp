@@ -12,7 +12,7 @@ constexpr size_t kPointNameLimit = 128;
 struct Fault {
     std::mutex mutex;
     char point[kPointNameLimit] = ""; // empty: every point
-    uint32_t passesToGo = 1;          // the pass that brings this to 0 fails
+    uint32_t passesToGo = 1;          // passes up to the one that fails, that one included
     bool onward = false;
     uint32_t injectedCount = 0;
 };
@@ -40,7 +40,7 @@ void ZUVOsapiFault_arm(const char *point, uint32_t count, int onward)
     const std::lock_guard lock(self.mutex);
     const std::string_view name = point != nullptr ? point : "";
     self.point[name.copy(self.point, kPointNameLimit - 1)] = '\0';
-    self.passesToGo = count != 0 ? count : 1;
+    self.passesToGo = count;
     self.onward = onward != 0;
     self.injectedCount = 0;
     setArmed(1);

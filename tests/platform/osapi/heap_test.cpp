@@ -308,10 +308,27 @@ TEST(Heap, thePeakIsSeenThoughNobodyAsksAtThatTime)
     EXPECT_GT(statistics().peakByteCount, before);
 }
 
-TEST(HeapDeathTest, releasingWhatIsNoBlockEndsTheProcess)
+TEST(Heap, thePeakCountsWhatEndedThreadsLeft)
+{
+    constexpr std::size_t kSmall = 4000; // too little for a thread to tell before it ends
+    std::vector<void *> left;
+    for (int number = 0; number < 100; ++number) {
+        std::thread([&] { left.push_back(ZUVOsapiHeap_allocate(kSmall, "test")); }).join();
+    }
+    const std::size_t size = statistics().peakByteCount;
+    const std::size_t expected = statistics().liveByteCount + size;
+    ZUVOsapiHeap_free(ZUVOsapiHeap_allocate(size, "test"));
+    EXPECT_GE(statistics().peakByteCount + 2 * 4096, expected);
+    for (void *block : left) {
+        ZUVOsapiHeap_free(block);
+    }
+}
+
+TEST(HeapDeathTest, whatIsNoBlockEndsTheProcess)
 {
     alignas(16) static char foreign[64] = "";
     EXPECT_DEATH(ZUVOsapiHeap_free(foreign + 32), "");
+    EXPECT_DEATH(ZUVOsapiHeap_getBlockSize(foreign + 32), "");
 }
 
 // The last test of the file: the table stays full.

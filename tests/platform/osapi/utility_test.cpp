@@ -46,6 +46,7 @@ TEST(Strcpy, refusesWhatDoesNotFitAndTouchesNothing)
 {
     char buffer[5] = "kept";
     EXPECT_EQ(ZUVOsapiUtility_strcpy(buffer, 5, "12345"), nullptr);
+    EXPECT_EQ(ZUVOsapiUtility_strcpy(buffer, 5, "12345678"), nullptr);
     EXPECT_STREQ(buffer, "kept");
     EXPECT_EQ(ZUVOsapiUtility_strcpy(buffer, 0, ""), nullptr);
     EXPECT_STREQ(buffer, "kept");
