@@ -28,6 +28,11 @@ extern "C" {
 #define BREL_SUBMODULE_REMOTE 0x4000u   /* remote configuration */
 #define BREL_SUBMODULE_PARAMETER_MANAGER 0x4000u
 
+/* if (BREL_IS_NULL(BREL_SUBMODULE_ELEMENTS, self)) return 0;
+ * True, after the report of a failed precondition, when an argument that must not be NULL is. */
+#define BREL_IS_NULL(SUBMODULE, ARGUMENT)                                                          \
+    ZUV_PRECONDITION(BREL, SUBMODULE, (ARGUMENT) == 0, #ARGUMENT " == ((void *)0)")
+
 /* Zero, and so silent, until set. */
 extern uint32_t BRELLog_g_instrumentationMask;
 extern uint32_t BRELLog_g_submoduleMask;
