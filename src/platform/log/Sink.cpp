@@ -93,13 +93,9 @@ void ZUVLog_emitI(const ZUVLogRecord *record)
     if (t_isInSink) {
         return;
     }
-    const int before = errno;
-    {
-        const std::lock_guard lock(g_mutex);
-        t_isInSink = true;
-        g_sink(g_sinkData, record);
-        t_isInSink = false;
-    }
-    errno = before;
+    const std::lock_guard lock(g_mutex);
+    t_isInSink = true;
+    g_sink(g_sinkData, record);
+    t_isInSink = false;
 }
 }

@@ -8,7 +8,7 @@
 extern "C" {
 #endif
 
-/* Hand `*record`, which must not be NULL, to the sink. Keeps errno. */
+/* Hand `*record`, which must not be NULL, to the sink. */
 void ZUVLog_emitI(const ZUVLogRecord *record);
 
 #ifdef __cplusplus
