@@ -20,7 +20,7 @@ const std::map<std::string_view, int> kFloors = {
     {"platform/log", 1},
     {"platform/kolm", 2},
     {"platform/mavo", 2},
-    {"platform/event", 2},
+    {"platform/event", 3},
     {"platform/typesys", 3},
     {"platform/xmlutils", 4},
     {"platform/dds", 5},

@@ -11,12 +11,13 @@ extern "C" {
 
 #define DDS_LOG_MODULE_ID 0xf0000u
 
-#define DDS_SUBMODULE_TYPES 0x1u    /* type descriptions, samples and their serialized form */
-#define DDS_SUBMODULE_SEQUENCE 0x2u /* sequences and strings */
-#define DDS_SUBMODULE_ENTITY 0x4u   /* entities, QoS, conditions */
-#define DDS_SUBMODULE_FILTER 0x8u   /* content filters */
-#define DDS_SUBMODULE_API 0x10u     /* typed endpoints */
-#define DDS_SUBMODULE_TALVANE 0x20u /* untyped request/reply */
+#define DDS_SUBMODULE_TYPES 0x1u        /* type descriptions, samples and their serialized form */
+#define DDS_SUBMODULE_SEQUENCE 0x2u     /* sequences and strings */
+#define DDS_SUBMODULE_ENTITY 0x4u       /* entities, QoS, conditions */
+#define DDS_SUBMODULE_FILTER 0x8u       /* content filters */
+#define DDS_SUBMODULE_API 0x10u         /* typed endpoints */
+#define DDS_SUBMODULE_TALVANE 0x20u     /* untyped request/reply */
+#define DDS_SUBMODULE_CONCURRENCY 0x40u /* workers, exclusive areas, events */
 
 /* At first fatal messages and exceptions of every submodule pass. Store to them with a single aligned
  * write; a log site on another thread may see the old value for a moment. */

@@ -1,26 +1,47 @@
 #include "platform/osapi/GlobalLock.h"
 
+#include <atomic>
 #include <cerrno>
-
-#include <pthread.h>
+#include <mutex>
+#include <thread>
 
 #include "platform/osapi/Fault.h"
 
 namespace
 {
-pthread_mutex_t g_lock = PTHREAD_ERRORCHECK_MUTEX_INITIALIZER_NP;
+
+std::mutex g_lock;
+std::atomic<std::thread::id> g_owner; // nobody when empty
+
+bool isOwnedByCaller()
+{
+    return g_owner.load(std::memory_order_relaxed) == std::this_thread::get_id();
 }
+
+} // namespace
 
 extern "C" {
 
 int ZUVOsapi_global_lock(void)
 {
-    return ZUV_OSAPI_FAULT("global_lock.take") ? EAGAIN : pthread_mutex_lock(&g_lock);
+    if (ZUV_OSAPI_FAULT("global_lock.take")) {
+        return EAGAIN;
+    }
+    if (isOwnedByCaller()) {
+        return EDEADLK;
+    }
+    g_lock.lock();
+    g_owner = std::this_thread::get_id();
+    return 0;
 }
 
 int ZUVOsapi_global_unlock(void)
 {
-    const int error = pthread_mutex_unlock(&g_lock);
-    return ZUV_OSAPI_FAULT("global_lock.give") ? EPERM : error;
+    if (!isOwnedByCaller()) {
+        return EPERM;
+    }
+    g_owner = std::thread::id();
+    g_lock.unlock();
+    return ZUV_OSAPI_FAULT("global_lock.give") ? EPERM : 0;
 }
 }
