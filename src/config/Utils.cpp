@@ -47,7 +47,7 @@ extern "C" {
 
 int BRELUtils_isSpace(char character)
 {
-    return character != '\0' && string_view(" \f\n\r\t").find(character) != string_view::npos;
+    return string_view(" \f\n\r\t").find(character) != string_view::npos;
 }
 
 const char *BRELUtils_removeScopeChars(const char *name)
