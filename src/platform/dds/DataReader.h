@@ -102,8 +102,9 @@ DDS_ReturnCode_t DDS_DataReader_return_loan_untypedI(DDS_DataReader *self, void 
 DDS_InstanceHandle_t DDS_DataReader_lookup_instance_untyped(DDS_DataReader *self,
                                                             const void *sample);
 
-/* Fill the key members of `sample` from a handle that a sample info of this reader gave.
- * DDS_RETCODE_BAD_PARAMETER for a handle that it does not know. */
+/* Fill the key members of `sample` from the handle of an instance. DDS_RETCODE_BAD_PARAMETER for NULL and
+ * for nil, DDS_RETCODE_PRECONDITION_NOT_MET for a type without a key, DDS_RETCODE_UNSUPPORTED for one whose
+ * keys can exceed 16 octets: a handle is only their digest. */
 DDS_ReturnCode_t DDS_DataReader_get_key_value_untyped(DDS_DataReader *self, void *sample,
                                                       const DDS_InstanceHandle_t *handle);
 

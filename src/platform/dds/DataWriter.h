@@ -94,8 +94,9 @@ DDS_ReturnCode_t DDS_DataWriter_discard_loan_untyped(DDS_DataWriter *self, void 
 DDS_InstanceHandle_t DDS_DataWriter_lookup_instance_untyped(DDS_DataWriter *self,
                                                             const void *sample);
 
-/* Fill the key members of `sample` from a handle of this writer. DDS_RETCODE_BAD_PARAMETER for a handle that it
- * does not know. */
+/* Fill the key members of `sample` from the handle of an instance. DDS_RETCODE_BAD_PARAMETER for NULL and
+ * for nil, DDS_RETCODE_PRECONDITION_NOT_MET for a type without a key, DDS_RETCODE_UNSUPPORTED for one whose
+ * keys can exceed 16 octets: a handle is only their digest. */
 DDS_ReturnCode_t DDS_DataWriter_get_key_value_untyped(DDS_DataWriter *self, void *sample,
                                                       const DDS_InstanceHandle_t *handle);
 

@@ -1,0 +1,163 @@
+#include "platform/dds/DomainParticipantFactory.h"
+
+#include <algorithm>
+#include <mutex>
+#include <vector>
+
+#include <fastdds/dds/domain/DomainParticipant.hpp>
+#include <fastdds/dds/domain/DomainParticipantFactory.hpp>
+
+#include "Conversions.hpp"
+#include "EntityImpl.hpp"
+#include "FastLog.hpp"
+#include "FilterClass.hpp"
+#include "Loopback.hpp"
+#include "QosMapping.hpp"
+#include "Report.hpp"
+#include "platform/osapi/Fault.h"
+
+namespace fast = eprosima::fastdds::dds;
+using zuv::dds::guarded;
+using zuv::dds::heapDelete;
+using zuv::dds::heapNew;
+using zuv::dds::toOurs;
+
+struct DDS_DomainParticipantFactory {
+    std::mutex mutex;
+    std::vector<DDS_DomainParticipant *> participants;
+};
+
+namespace
+{
+
+constexpr DDS_Long kGreatestDomainId = 232; // beyond it the ports run out (DDSI-RTPS 2.5, 9.6.2.3)
+
+std::mutex factoryMutex;
+DDS_DomainParticipantFactory *theFactory = nullptr;
+
+fast::DomainParticipant *createFast(DDS_Long domainId, const DDS_DomainParticipantQos &qos)
+{
+    if (ZUV_OSAPI_FAULT("dds.create_participant")) {
+        return nullptr;
+    }
+    fast::DomainParticipantFactory *const factory = fast::DomainParticipantFactory::get_instance();
+    factory->load_profiles();
+    fast::DomainParticipantQos fastQos = factory->get_default_participant_qos();
+    zuv::dds::applyLoopbackUnlessConfigured(fastQos);
+    zuv::dds::mapQos(qos, fastQos);
+    return factory->create_participant(static_cast<fast::DomainId_t>(domainId), fastQos);
+}
+
+} // namespace
+
+DDS_DomainParticipant::~DDS_DomainParticipant() = default;
+
+DDS_DomainParticipantFactory *DDS_DomainParticipantFactory_get_instance(void)
+{
+    const std::lock_guard lock(factoryMutex);
+    if (theFactory == nullptr) {
+        zuv::dds::routeFastLog();
+        if (!ZUV_OSAPI_FAULT("dds.get_factory")) {
+            theFactory = heapNew<DDS_DomainParticipantFactory>("DDS DomainParticipantFactory");
+        }
+        if (theFactory == nullptr) {
+            ZUV_DDS_REPORT(&ZUV_LOG_CREATION_FAILURE_s, "participant factory");
+        }
+    }
+    return theFactory;
+}
+
+DDS_ReturnCode_t DDS_DomainParticipantFactory_finalize_instance(void)
+{
+    const std::lock_guard lock(factoryMutex);
+    if (theFactory == nullptr) {
+        return DDS_RETCODE_OK;
+    }
+    if (!theFactory->participants.empty()) {
+        ZUV_DDS_REPORT(&ZUV_LOG_DESTRUCTION_FAILURE_s, "participant factory that has participants");
+        return DDS_RETCODE_PRECONDITION_NOT_MET;
+    }
+    heapDelete(theFactory);
+    theFactory = nullptr;
+    return DDS_RETCODE_OK;
+}
+
+DDS_ReturnCode_t
+DDS_DomainParticipantFactory_get_default_participant_qos(DDS_DomainParticipantFactory *self,
+                                                         DDS_DomainParticipantQos *qos)
+{
+    if (ZUV_DDS_IS_NULL(self) || ZUV_DDS_IS_NULL(qos)) {
+        return DDS_RETCODE_BAD_PARAMETER;
+    }
+    return DDS_DomainParticipantQos_get_defaultI(qos);
+}
+
+DDS_DomainParticipant *DDS_DomainParticipantFactory_create_participant(
+    DDS_DomainParticipantFactory *self, DDS_Long domainId, const DDS_DomainParticipantQos *qos,
+    const struct DDS_DomainParticipantListener *listener, DDS_StatusMask)
+{
+    if (ZUV_DDS_IS_NULL(self) || ZUV_DDS_IS_NULL(qos)) {
+        return nullptr;
+    }
+    if (domainId < 0 || domainId > kGreatestDomainId || listener != nullptr) {
+        ZUV_DDS_REPORT(&DDS_LOG_BAD_PARAMETER_s, listener != nullptr ? "listener" : "domainId");
+        return nullptr;
+    }
+    auto *const participant = guarded<DDS_DomainParticipant *>(
+        "create participant", nullptr, [&]() -> DDS_DomainParticipant * {
+            auto *const made = heapNew<DDS_DomainParticipant>("DDS DomainParticipant");
+            if (made == nullptr) {
+                return nullptr;
+            }
+            made->domainId = domainId;
+            const bool hasQos =
+                (qos == &DDS_PARTICIPANT_QOS_DEFAULT
+                     ? DDS_DomainParticipantQos_get_defaultI(&made->qos.value)
+                     : made->qos.assign(*qos)) == DDS_RETCODE_OK &&
+                DDS_TopicQos_get_defaultI(&made->defaultTopicQos.value) == DDS_RETCODE_OK;
+            if (hasQos) {
+                made->fast = guarded<fast::DomainParticipant *>("join the domain", nullptr, [&] {
+                    return createFast(domainId, made->qos.value);
+                });
+            }
+            if (made->fast == nullptr) {
+                heapDelete(made);
+                return nullptr;
+            }
+            made->fastEntity = made->fast;
+            const std::lock_guard lock(self->mutex);
+            self->participants.push_back(made);
+            return made;
+        });
+    if (participant == nullptr) {
+        ZUV_DDS_REPORT(&ZUV_LOG_CREATION_FAILURE_s, "participant");
+    }
+    return participant;
+}
+
+DDS_ReturnCode_t DDS_DomainParticipantFactory_delete_participant(DDS_DomainParticipantFactory *self,
+                                                                 DDS_DomainParticipant *participant)
+{
+    if (ZUV_DDS_IS_NULL(self) || ZUV_DDS_IS_NULL(participant)) {
+        return DDS_RETCODE_BAD_PARAMETER;
+    }
+    const std::lock_guard lock(self->mutex);
+    const auto known = std::find(self->participants.begin(), self->participants.end(), participant);
+    DDS_ReturnCode_t code = DDS_RETCODE_PRECONDITION_NOT_MET;
+    if (known == self->participants.end()) {
+        code = DDS_RETCODE_BAD_PARAMETER;
+    } else if (ZUV_OSAPI_FAULT("dds.delete_participant")) {
+        code = DDS_RETCODE_ERROR;
+    } else if (participant->topics.empty() && participant->publishers.empty() &&
+               participant->subscribers.empty()) {
+        code = toOurs(
+            fast::DomainParticipantFactory::get_instance()->delete_participant(participant->fast));
+    }
+    if (code != DDS_RETCODE_OK) {
+        ZUV_DDS_REPORT(&ZUV_LOG_DESTRUCTION_FAILURE_s, "participant");
+        return code;
+    }
+    self->participants.erase(known);
+    heapDelete(participant);
+    return DDS_RETCODE_OK;
+}
