@@ -7,7 +7,6 @@
 #include "platform/dds/DomainParticipantFactory.h"
 #include "platform/typesys/String.h"
 #include "remoteConfig/RemoteConfigInfrastructure.h"
-#include "support/Loopback.h"
 
 namespace zuv_test
 {
@@ -45,7 +44,7 @@ ReceivedRequest received(const ZUV_Service_Admin_CommandRequest &request)
     return result;
 }
 
-DDS_DomainParticipant *joinDomain(const char *name)
+DDS_DomainParticipant *joinDomain(const char *name, int domainId)
 {
     DDS_DomainParticipantFactory *const factory = DDS_DomainParticipantFactory_get_instance();
     DDS_DomainParticipantQos qos = {};
@@ -54,7 +53,7 @@ DDS_DomainParticipant *joinDomain(const char *name)
             "get the participant's QoS");
     DDS_String_replace(&qos.participant_name.name, name);
     DDS_DomainParticipant *const participant = DDS_DomainParticipantFactory_create_participant(
-        factory, loopbackDomainId(), &qos, nullptr, DDS_STATUS_MASK_NONE);
+        factory, domainId, &qos, nullptr, DDS_STATUS_MASK_NONE);
     require(participant != nullptr, "join the domain");
     DDS_DomainParticipantQos_finalize(&qos);
     return participant;
@@ -80,8 +79,8 @@ ZUV_BrelServiceAdminReplier *createReplier(DDS_DomainParticipant *participant,
     return ZUV_BrelServiceAdminReplier_create_w_params(&params);
 }
 
-TestService::TestService(Answering answering)
-    : answering_(std::move(answering)), participant_(joinDomain("test service")),
+TestService::TestService(Answering answering, int domainId)
+    : answering_(std::move(answering)), participant_(joinDomain("test service", domainId)),
       replier_(createReplier(participant_)), thread_([this] { serve(); })
 {
 }

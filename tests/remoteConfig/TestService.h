@@ -14,6 +14,7 @@
 
 #include "platform/dds/DomainParticipant.h"
 #include "remoteConfig/AdminReplier.h"
+#include "support/Loopback.h"
 
 namespace zuv_test
 {
@@ -36,8 +37,8 @@ struct Answer {
     std::chrono::milliseconds delay{0};
 };
 
-// A participant of the test's domain with the given name. Ends the test program when there is none.
-DDS_DomainParticipant *joinDomain(const char *name);
+// A participant with the given name. Ends the program when there is none.
+DDS_DomainParticipant *joinDomain(const char *name, int domainId = loopbackDomainId());
 void leaveDomain(DDS_DomainParticipant *participant);
 
 // A replier on the two topics of the administration, reliable and keeping all; NULL on failure.
@@ -49,7 +50,9 @@ class TestService
 public:
     using Answering = std::function<Answer(const ReceivedRequest &)>;
 
-    explicit TestService(Answering answering = [](const ReceivedRequest &) { return Answer{}; });
+    explicit TestService(
+        Answering answering = [](const ReceivedRequest &) { return Answer{}; },
+        int domainId = loopbackDomainId());
     ~TestService();
     TestService(const TestService &) = delete;
     TestService &operator=(const TestService &) = delete;
