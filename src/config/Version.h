@@ -25,6 +25,19 @@ typedef struct ZUV_BrelServiceVersion {
  * NULL. */
 void BREL_versionToString(const ZUV_BrelServiceVersion *version, char *versionAsString);
 
+/* -1, 0 or 1 as `left` is older than `right`, of the same age, or newer, by major, minor and release number.
+ * Revisions do not count: they promise the same interface. Neither may be NULL; 0 after the report of one
+ * that is. */
+int ZUV_BrelServiceVersion_compare(const ZUV_BrelServiceVersion *left,
+                                   const ZUV_BrelServiceVersion *right);
+
+/* Print the name of the product and the version of the middleware to standard output:
+ * "ZUV Brel Service 7.7.0", with " (rev 1)" behind it for a revision above 0. */
+void BRELParameterManager_printVersion(void);
+
+/* The same for a given version, which must not be NULL. */
+void BRELParameterManager_printVersionI(const DDS_ProductVersion_t *version);
+
 #ifdef __cplusplus
 }
 #endif
