@@ -31,7 +31,8 @@ DDS_ReturnCode_t ZUV_Talvane_ReplierUntypedImpl_initialize(
 
 /* Send a reply to the request named `relatedRequest`, an identity out of the request's info. The match of the
  * requester's reader may lag behind the arrival of its request: the call waits for it, at most the writer's
- * reliability.max_blocking_time and one second, and then writes in any case. Codes as those of
+ * reliability.max_blocking_time and at most one second, and then writes in any case. A requester that did not
+ * match in that time is not waited for again. Codes as those of
  * DDS_DataWriter_write_untyped. */
 DDS_ReturnCode_t
 ZUV_Talvane_ReplierUntypedImpl_send_sample(ZUV_Talvane_ReplierUntypedImpl *self, const void *data,
