@@ -65,9 +65,14 @@ DDS_Boolean refusePayload(const DDS_TypeCode *type)
     return DDS_BOOLEAN_FALSE;
 }
 
-bool isNull(const void *argument, const char *condition)
+[[gnu::noinline]] bool reportNull(const char *condition)
 {
-    return ZUV_PRECONDITION(DDS, DDS_SUBMODULE_TYPES, argument == nullptr, condition);
+    return ZUV_PRECONDITION(DDS, DDS_SUBMODULE_TYPES, true, condition);
+}
+
+inline bool isNull(const void *argument, const char *condition)
+{
+    return argument == nullptr && reportNull(condition);
 }
 
 // The encapsulation of a type's samples, or of its plain key, without the bit for the byte order.
@@ -100,18 +105,19 @@ DDS_Boolean writePayload(const DDS_TypeCode *type, std::uint32_t encapsulation, 
     if (capacity < kEncapsulationHeaderSize) {
         return refuseSample(type, EncodeFailure::NoRoom);
     }
-    zuv::BufferSink<false> sink(buffer + kEncapsulationHeaderSize,
-                                capacity - kEncapsulationHeaderSize);
+    const zuv::BufferSink<false> sink(buffer + kEncapsulationHeaderSize,
+                                      capacity - kEncapsulationHeaderSize);
     zuv::Encoder encoder(sink);
-    if (!write(encoder)) {
+    std::size_t end = write(encoder);
+    if (end == zuv::kFailed) {
         return refuseSample(type, encoder.failure());
     }
-    const std::uint32_t padding = paddingOf(sink.position());
-    if (!sink.align(kPayloadAlignment)) {
+    const std::uint32_t padding = paddingOf(end);
+    if (!sink.align(end, kPayloadAlignment)) {
         return refuseSample(type, EncodeFailure::NoRoom);
     }
     writeHeader(buffer, encapsulation, padding);
-    *length = kEncapsulationHeaderSize + static_cast<DDS_UnsignedLong>(sink.position());
+    *length = kEncapsulationHeaderSize + static_cast<DDS_UnsignedLong>(end);
     return DDS_BOOLEAN_TRUE;
 }
 
@@ -129,20 +135,20 @@ bool readPayload(std::uint32_t encapsulation, const DDS_Octet *buffer, DDS_Unsig
     }
     const DDS_Octet *body = buffer + kEncapsulationHeaderSize;
     const std::size_t size = length - kEncapsulationHeaderSize;
-    const auto run = [&](auto &&decoder) {
-        return read(decoder) &&
-               (Pass == DecodePass::Read || decoder.remaining() < kPayloadAlignment);
+    const auto run = [&](auto decoder) {
+        const std::size_t end = read(decoder, size);
+        return end != zuv::kFailed && (Pass == DecodePass::Read || size - end < kPayloadAlignment);
     };
     const bool isNative = ((identifier & kLittleEndianBit) != 0) == kIsLittleEndian;
-    return isNative ? run(zuv::Decoder<Pass, false>(body, size))
-                    : run(zuv::Decoder<Pass, true>(body, size));
+    return isNative ? run(zuv::Decoder<Pass, false>(body)) : run(zuv::Decoder<Pass, true>(body));
 }
 
 bool isValid(const zuv::Program &program, const DDS_Octet *buffer, DDS_UnsignedLong length)
 {
-    return readPayload<DecodePass::Check>(
-        encapsulationOf(program), buffer, length,
-        [&program](auto &decoder) { return decoder.sample(program, nullptr); });
+    return readPayload<DecodePass::Check>(encapsulationOf(program), buffer, length,
+                                          [&program](auto &decoder, std::size_t end) {
+                                              return decoder.sample(program, nullptr, 0, end);
+                                          });
 }
 
 DDS_UnsignedLong wholeSize(std::uint64_t memberSize, DDS_Boolean includeEncapsulation)
@@ -162,13 +168,13 @@ DDS_UnsignedLong ZUVCodec_getSize(const DDS_TypeCode *type, DDS_Boolean includeE
     if (program == nullptr || isNull(sample, "sample == ((void *)0)")) {
         return 0;
     }
-    zuv::CountingSink sink;
-    zuv::Encoder encoder(sink);
-    if (!encoder.sample(*program, sample)) {
+    zuv::Encoder encoder{zuv::CountingSink()};
+    const std::size_t size = encoder.sample(*program, sample, 0);
+    if (size == zuv::kFailed) {
         refuseSample(type, encoder.failure());
         return 0;
     }
-    return wholeSize(sink.position(), includeEncapsulation);
+    return wholeSize(size, includeEncapsulation);
 }
 
 DDS_UnsignedLong ZUVCodec_getMaxSize(const DDS_TypeCode *type, DDS_Boolean includeEncapsulation)
@@ -192,7 +198,7 @@ DDS_Boolean ZUVCodec_serialize(const DDS_TypeCode *type, const void *sample, DDS
         return DDS_BOOLEAN_FALSE;
     }
     return writePayload(type, encapsulationOf(*program), buffer, capacity, length,
-                        [&](auto &encoder) { return encoder.sample(*program, sample); });
+                        [&](auto &encoder) { return encoder.sample(*program, sample, 0); });
 }
 
 DDS_Boolean ZUVCodec_deserialize(const DDS_TypeCode *type, void *sample, const DDS_Octet *buffer,
@@ -203,11 +209,12 @@ DDS_Boolean ZUVCodec_deserialize(const DDS_TypeCode *type, void *sample, const D
         isNull(buffer, "buffer == ((void *)0)")) {
         return DDS_BOOLEAN_FALSE;
     }
-    const bool isRead = isValid(*program, buffer, length) &&
-                        !ZUV_OSAPI_FAULT("typesys.deserialize") &&
-                        readPayload<DecodePass::Read>(
-                            encapsulationOf(*program), buffer, length,
-                            [&](auto &decoder) { return decoder.sample(*program, sample); });
+    const bool isRead =
+        isValid(*program, buffer, length) && !ZUV_OSAPI_FAULT("typesys.deserialize") &&
+        readPayload<DecodePass::Read>(encapsulationOf(*program), buffer, length,
+                                      [&](auto &decoder, std::size_t end) {
+                                          return decoder.sample(*program, sample, 0, end);
+                                      });
     return isRead ? DDS_BOOLEAN_TRUE : refusePayload(type);
 }
 
@@ -246,7 +253,7 @@ DDS_Boolean ZUVCodec_serializeKey(const DDS_TypeCode *type, const void *sample, 
     }
     const auto keyOps = zuv::Program::of(type)->keyOps();
     return writePayload(type, DDS_ENCAPSULATION_ID_CDR2_BE, buffer, capacity, length,
-                        [&](auto &encoder) { return encoder.ops(keyOps, sample); });
+                        [&](auto &encoder) { return encoder.ops(keyOps, sample, 0); });
 }
 
 DDS_Boolean ZUVCodec_deserializeKey(const DDS_TypeCode *type, void *sample, const DDS_Octet *buffer,
@@ -257,12 +264,15 @@ DDS_Boolean ZUVCodec_deserializeKey(const DDS_TypeCode *type, void *sample, cons
         return DDS_BOOLEAN_FALSE;
     }
     const auto keyOps = zuv::Program::of(type)->keyOps();
-    const bool isRead = readPayload<DecodePass::Check>(
-                            DDS_ENCAPSULATION_ID_CDR2_BE, buffer, length,
-                            [&](auto &decoder) { return decoder.ops(keyOps, nullptr, false); }) &&
-                        readPayload<DecodePass::Read>(
-                            DDS_ENCAPSULATION_ID_CDR2_BE, buffer, length,
-                            [&](auto &decoder) { return decoder.ops(keyOps, sample, false); });
+    const bool isRead =
+        readPayload<DecodePass::Check>(DDS_ENCAPSULATION_ID_CDR2_BE, buffer, length,
+                                       [&](auto &decoder, std::size_t end) {
+                                           return decoder.ops(keyOps, nullptr, false, 0, end);
+                                       }) &&
+        readPayload<DecodePass::Read>(DDS_ENCAPSULATION_ID_CDR2_BE, buffer, length,
+                                      [&](auto &decoder, std::size_t end) {
+                                          return decoder.ops(keyOps, sample, false, 0, end);
+                                      });
     return isRead ? DDS_BOOLEAN_TRUE : refusePayload(type);
 }
 
@@ -273,13 +283,12 @@ DDS_Boolean ZUVCodec_getKeyHash(const DDS_TypeCode *type, const void *sample, ZU
         return DDS_BOOLEAN_FALSE;
     }
     const auto keyOps = zuv::Program::of(type)->keyOps();
-    zuv::CountingSink counter;
-    zuv::Encoder counting(counter);
-    if (!counting.ops(keyOps, sample)) {
+    zuv::Encoder counting{zuv::CountingSink()};
+    const std::size_t size = counting.ops(keyOps, sample, 0);
+    if (size == zuv::kFailed) {
         return refuseSample(type, counting.failure());
     }
     std::array<DDS_Octet, 256> small{};
-    const std::size_t size = counter.position();
     DDS_Octet *buffer =
         size <= small.size()
             ? small.data()
@@ -287,8 +296,7 @@ DDS_Boolean ZUVCodec_getKeyHash(const DDS_TypeCode *type, const void *sample, ZU
     if (buffer == nullptr) {
         return refuseSample(type, EncodeFailure::NoRoom);
     }
-    zuv::BufferSink<kIsLittleEndian> sink(buffer, size);
-    zuv::Encoder(sink).ops(keyOps, sample);
+    zuv::Encoder{zuv::BufferSink<kIsLittleEndian>(buffer, size)}.ops(keyOps, sample, 0);
     if (ZUVCodec_getKeyHashInputMaxSize(type) <= sizeof(hash->value)) {
         std::memset(hash->value, 0, sizeof(hash->value));
         std::memcpy(hash->value, buffer, size);

@@ -1,7 +1,7 @@
 // Reads samples in XCDR2 (DDS-XTypes 1.3, 7.4.3), operation by operation of a program.
 //
 // One walk in two passes. The first checks everything that the payload claims and touches nothing but the
-// payload; the second reads, and relies on the first.
+// payload; the second reads, and relies on the first. Positions are as in the encoder.
 #ifndef ZUV_PLATFORM_TYPESYS_DECODER_HPP
 #define ZUV_PLATFORM_TYPESYS_DECODER_HPP
 
@@ -17,47 +17,48 @@ namespace zuv
 
 enum class DecodePass : bool { Check, Read };
 
-// Swap for the other byte order than the machine's. Alignment counts from `begin`.
+// Swap for the other byte order than the machine's.
 template <DecodePass Pass, bool Swap>
 class Decoder
 {
 public:
-    Decoder(const std::uint8_t *begin, std::size_t size)
-        : begin_(begin), cursor_(begin), end_(begin + size)
-    {
-    }
+    explicit Decoder(const std::uint8_t *begin) : begin_(begin) {}
 
-    std::size_t remaining() const { return static_cast<std::size_t>(end_ - cursor_); }
-
-    // A sample with the header that its type's extensibility asks for. `base` counts in the second pass.
-    bool sample(const Program &program, void *base)
+    // A sample with the header that its type's extensibility asks for. Like all walks here it takes the
+    // position where it begins and the end of what encloses it, and returns the position where it ends, or
+    // kFailed. `base` counts in the second pass.
+    std::size_t sample(const Program &program, void *base, std::size_t position, std::size_t end)
     {
         switch (program.extensibility()) {
         case DDS_EXTENSIBLE_EXTENSIBILITY:
-            return delimited([&] {
-                if (!ops(program.ops(), base, true)) {
-                    return false;
-                }
-                cursor_ = end_; // members of a newer version of the type
-                return true;
+            return delimited(position, end, [&](std::size_t inner, std::size_t innerEnd) {
+                // What is left are members of a newer version of the type.
+                return ops(program.ops(), base, true, inner, innerEnd) == kFailed ? kFailed
+                                                                                  : innerEnd;
             });
         case DDS_MUTABLE_EXTENSIBILITY:
-            return delimited([&] { return framedMembers(program.ops(), base); });
+            return delimited(position, end, [&](std::size_t inner, std::size_t innerEnd) {
+                return framedMembers(program.ops(), base, inner, innerEnd);
+            });
         default:
-            return ops(program.ops(), base, false);
+            return ops(program.ops(), base, false, position, end);
         }
     }
 
-    bool ops(std::span<const Op> all, void *base, bool mayEndEarly)
+    std::size_t ops(std::span<const Op> all, void *base, bool mayEndEarly, std::size_t position,
+                    std::size_t end)
     {
-        bool hasEnded = false;
         for (const Op &op : all) {
-            hasEnded = hasEnded || (mayEndEarly && op.startsMember && cursor_ == end_);
-            if (!(hasEnded ? missing(op, base) : member(op, base, false))) {
-                return false;
+            if (position == end && mayEndEarly && op.startsMember) {
+                return missingFrom(all.subspan(static_cast<std::size_t>(&op - all.data())), base,
+                                   position);
+            }
+            position = member(op, base, false, position, end);
+            if (position == kFailed) {
+                break;
             }
         }
-        return true;
+        return position;
     }
 
 private:
@@ -74,112 +75,112 @@ private:
         return kChecks ? !op.mustUnderstand : resetOp(op, base);
     }
 
-    bool align(std::uint32_t alignment)
+    [[gnu::noinline]] static std::size_t missingFrom(std::span<const Op> all, void *base,
+                                                     std::size_t position)
     {
-        const std::size_t padding =
-            (0 - static_cast<std::size_t>(cursor_ - begin_)) & (alignment - 1);
-        if (kChecks && padding > remaining()) {
-            return false;
+        for (const Op &op : all) {
+            if (!missing(op, base)) {
+                return kFailed;
+            }
         }
-        cursor_ += padding;
-        return true;
+        return position;
     }
 
-    bool has(std::uint64_t size) const { return !kChecks || size <= remaining(); }
-
-    static std::uint32_t load(const std::uint8_t *from)
+    static bool has(std::uint64_t size, std::size_t position, std::size_t end)
     {
-        std::uint32_t value = 0;
-        std::memcpy(&value, from, sizeof(value));
-        return Swap ? swapped(value) : value;
+        return !kChecks || size <= end - position;
     }
 
-    bool word(std::uint32_t &value)
+    // These move `position` on, and return false when the payload ends before.
+    static bool align(std::size_t &position, std::size_t end, std::uint32_t alignment)
     {
-        if (!align(sizeof(value)) || !has(sizeof(value))) {
+        position = alignedUp(position, alignment);
+        return !kChecks || position <= end;
+    }
+
+    bool word(std::size_t &position, std::size_t end, std::uint32_t &value) const
+    {
+        position = alignedUp(position, sizeof(value)) + sizeof(value);
+        if (kChecks && position > end) {
             return false;
         }
-        value = load(cursor_);
-        cursor_ += sizeof(value);
+        std::memcpy(&value, begin_ + position - sizeof(value), sizeof(value));
+        value = Swap ? swapped(value) : value;
         return true;
     }
 
     // An octet that is 0 or 1.
-    bool flag(bool &value)
+    bool flag(std::size_t &position, std::size_t end, bool &value) const
     {
-        if (!has(1) || (kChecks && *cursor_ > 1)) {
+        if (!has(1, position, end) || (kChecks && begin_[position] > 1)) {
             return false;
         }
-        value = *cursor_++ != 0;
+        value = begin_[position++] != 0;
         return true;
     }
 
-    void copyUnits(void *to, std::size_t size, std::uint32_t unit)
+    void copyUnits(void *to, std::size_t position, std::size_t size, std::uint32_t unit) const
     {
         if (Swap && unit > 1) {
-            copySwapped(static_cast<std::uint8_t *>(to), cursor_, size, unit);
+            copySwapped(static_cast<std::uint8_t *>(to), begin_ + position, size, unit);
         } else {
-            std::memcpy(to, cursor_, size);
+            copyOctets(to, begin_ + position, size);
         }
     }
 
     // What stands behind the word that tells its size; `read` must use up all of it.
     template <typename Read>
-    bool delimited(Read read)
+    std::size_t delimited(std::size_t position, std::size_t end, Read read)
     {
         std::uint32_t size = 0;
-        return word(size) && has(size) && bounded(size, read);
+        if (!word(position, end, size) || !has(size, position, end)) {
+            return kFailed;
+        }
+        const std::size_t innerEnd = position + size;
+        return read(position, innerEnd) == innerEnd ? innerEnd : kFailed;
     }
 
-    template <typename Read>
-    bool bounded(std::size_t size, Read read)
+    std::size_t framedMembers(std::span<const Op> all, void *base, std::size_t position,
+                              std::size_t end)
     {
-        const std::uint8_t *outerEnd = end_;
-        end_ = cursor_ + size;
-        const bool isRead = read() && cursor_ == end_;
-        end_ = outerEnd;
-        return isRead;
-    }
-
-    bool framedMembers(std::span<const Op> all, void *base)
-    {
+        constexpr std::uint32_t kMustUnderstand = 0x80000000u;
+        constexpr std::uint32_t kIdMask = 0x0fffffffu;
         std::uint64_t seen = 0;
         std::size_t expected = 0;
-        while (cursor_ != end_) {
+        while (position != end) {
             std::uint32_t header = 0;
             std::uint64_t size = 0;
-            if (!word(header) || !memberSize(header, size) || !has(size)) {
-                return false;
+            if (!word(position, end, header) || !memberSize(header, position, end, size) ||
+                !has(size, position, end)) {
+                return kFailed;
             }
-            constexpr std::uint32_t kMustUnderstand = 0x80000000u;
-            const std::size_t index = find(all, header & 0x0fffffffu, expected);
-            if (index == all.size()) {
-                if (kChecks && (header & kMustUnderstand) != 0) {
-                    return false;
+            const std::size_t memberEnd = position + size;
+            const std::size_t index = find(all, header & kIdMask, expected);
+            if (index < all.size()) {
+                const std::uint64_t bit = std::uint64_t{1} << index;
+                const bool isDuplicate = (seen & bit) != 0;
+                seen |= bit;
+                expected = index + 1;
+                if (isDuplicate ||
+                    member(all[index], base, true, position, memberEnd) != memberEnd) {
+                    return kFailed;
                 }
-                cursor_ += size;
-                continue;
+            } else if ((header & kMustUnderstand) != 0) {
+                return kFailed;
             }
-            const std::uint64_t bit = std::uint64_t{1} << index;
-            if (kChecks && (seen & bit) != 0) {
-                return false;
-            }
-            seen |= bit;
-            expected = index + 1;
-            if (!bounded(size, [&] { return member(all[index], base, true); })) {
-                return false;
-            }
+            position = memberEnd;
         }
         for (std::size_t i = 0; i < all.size(); ++i) {
             if ((seen >> i & 1) == 0 && !missing(all[i], base)) {
-                return false;
+                return kFailed;
             }
         }
-        return true;
+        return position;
     }
 
-    // The octets of a framed member, which begin at the cursor.
-    bool memberSize(std::uint32_t header, std::uint64_t &size)
+    // The octets of a framed member, which begin at the position.
+    bool memberSize(std::uint32_t header, std::size_t &position, std::size_t end,
+                    std::uint64_t &size) const
     {
         const unsigned code = header >> 28 & 7;
         if (code < kLengthNext) {
@@ -187,14 +188,14 @@ private:
             return true;
         }
         std::uint32_t next = 0;
-        if (!word(next)) {
+        if (!word(position, end, next)) {
             return false;
         }
         if (code == kLengthNext) {
             size = next;
             return true;
         }
-        cursor_ -= sizeof(next); // it belongs to the member
+        position -= sizeof(next); // it belongs to the member
         const unsigned scale = code == kLengthAlsoNext ? 1 : code == kLengthAlsoNext4 ? 4 : 8;
         size = sizeof(next) + std::uint64_t{next} * scale;
         return true;
@@ -209,189 +210,200 @@ private:
         return static_cast<std::size_t>(std::ranges::find(all, id, &Op::memberId) - all.begin());
     }
 
-    bool member(const Op &op, void *base, bool isFramed)
+    // A framed member's header has told already that it is there.
+    [[gnu::always_inline]] std::size_t member(const Op &op, void *base, bool isFramed,
+                                              std::size_t position, std::size_t end)
     {
         switch (op.code) {
         case OpCode::Units:
-            return units(op, base);
-        case OpCode::Booleans:
-            return booleans(memberOf(base, op.offset), op.size);
+            return units(op, base, position, end);
         case OpCode::Enum:
-            return enumeration(op, memberOf(base, op.offset));
+            return enumeration(op, memberOf(base, op.offset), position, end);
         case OpCode::Text:
-            return text(op, base, isFramed);
+            return text(op, base, isFramed, position, end);
         case OpCode::UnitSequence:
-        case OpCode::BooleanSequence:
-            return unitSequence(op, base);
-        case OpCode::Sequence:
-            return sequence(op, base);
-        case OpCode::Array:
-            return delimited([&] {
-                for (std::uint32_t i = 0; i < op.count; ++i) {
-                    if (!sample(*op.element, memberOf(base, op.offset + i * op.element->size()))) {
-                        return false;
-                    }
-                }
-                return true;
-            });
-        case OpCode::Struct:
-            return sample(*op.element, memberOf(base, op.offset));
-        case OpCode::Optional:
-            return optional(op, base, isFramed);
+            return unitSequence(op, base, position, end);
+        default:
+            return otherMember(op, base, isFramed, position, end);
         }
-        return false;
     }
 
-    bool units(const Op &op, void *base)
+    [[gnu::noinline]] std::size_t otherMember(const Op &op, void *base, bool isFramed,
+                                              std::size_t position, std::size_t end)
     {
-        if (!align(op.alignment())) {
-            return false;
+        switch (op.code) {
+        case OpCode::Booleans:
+            return booleans(memberOf(base, op.offset), op.size, position, end);
+        case OpCode::BooleanSequence:
+            return unitSequence(op, base, position, end);
+        case OpCode::Sequence:
+            return sequence(op, base, position, end);
+        case OpCode::Array:
+            return array(op, base, position, end);
+        case OpCode::Optional:
+            return optional(op, base, isFramed, position, end);
+        default:
+            return sample(*op.element, memberOf(base, op.offset), position, end);
         }
-        if (op.size > remaining()) {
+    }
+
+    [[gnu::always_inline]] std::size_t units(const Op &op, void *base, std::size_t position,
+                                             std::size_t end)
+    {
+        if (!align(position, end, op.alignment)) {
+            return kFailed;
+        }
+        if (op.size > end - position) {
             // An older sample may end between the members of a run.
-            return !op.parts.empty() && ops(op.parts, base, true);
+            return op.parts.empty() ? kFailed : ops(op.parts, base, true, position, end);
         }
         if constexpr (!kChecks) {
-            copyUnits(memberAt<char>(base, op.offset), op.size, op.unit);
+            copyUnits(memberAt<char>(base, op.offset), position, op.size, op.unit);
         }
-        cursor_ += op.size;
-        return true;
+        return position + op.size;
     }
 
-    bool booleans(void *to, std::size_t count)
+    std::size_t booleans(void *to, std::size_t count, std::size_t position, std::size_t end) const
     {
         for (std::size_t i = 0; i < count; ++i) {
             bool value = false;
-            if (!flag(value)) {
-                return false;
+            if (!flag(position, end, value)) {
+                return kFailed;
             }
             if constexpr (!kChecks) {
                 static_cast<std::uint8_t *>(to)[i] = value;
             }
         }
-        return true;
+        return position;
     }
 
-    bool enumeration(const Op &op, void *to)
+    [[gnu::always_inline]] std::size_t enumeration(const Op &op, void *to, std::size_t position,
+                                                   std::size_t end) const
     {
         std::uint32_t value = 0;
-        if (!word(value) || (kChecks && !op.holdsEnumValue(static_cast<std::int32_t>(value)))) {
-            return false;
+        if (!word(position, end, value) ||
+            (kChecks && !op.holdsEnumValue(static_cast<std::int32_t>(value)))) {
+            return kFailed;
         }
         if constexpr (!kChecks) {
             std::memcpy(to, &value, sizeof(value));
         }
-        return true;
+        return position;
     }
 
-    bool text(const Op &op, void *base, bool isFramed)
+    [[gnu::always_inline]] std::size_t text(const Op &op, void *base, bool isFramed,
+                                            std::size_t position, std::size_t end) const
     {
         bool isPresent = true;
-        if (op.isOptional && !isFramed && !flag(isPresent)) {
-            return false;
+        if (op.isOptional && !isFramed && !flag(position, end, isPresent)) {
+            return kFailed;
         }
         if (!isPresent) {
-            return kChecks || resetOp(op, base);
+            return kChecks || resetOp(op, base) ? position : kFailed;
         }
         std::uint32_t size = 0; // terminator included
-        if (!word(size) || !has(size)) {
-            return false;
+        if (!word(position, end, size) || !has(size, position, end)) {
+            return kFailed;
         }
         if constexpr (kChecks) {
-            if (size == 0 || size - 1 > op.bound || cursor_[size - 1] != '\0') {
-                return false;
+            if (size == 0 || size - 1 > op.bound || begin_[position + size - 1] != '\0') {
+                return kFailed;
             }
         } else {
             char **slot = memberAt<char *>(base, op.offset);
             if (!reserveText(slot, size)) {
-                return false;
+                return kFailed;
             }
-            std::memcpy(*slot, cursor_, size);
+            std::memcpy(*slot, begin_ + position, size);
         }
-        cursor_ += size;
-        return true;
+        return position + size;
     }
 
-    bool unitSequence(const Op &op, void *base)
+    [[gnu::always_inline]] std::size_t unitSequence(const Op &op, void *base, std::size_t position,
+                                                    std::size_t end) const
     {
         std::uint32_t length = 0;
-        if (!word(length) || (kChecks && length > op.bound) ||
-            !has(std::uint64_t{length} * op.unit)) {
-            return false;
+        if (!word(position, end, length) || (kChecks && length > op.bound)) {
+            return kFailed;
         }
-        const std::size_t size = std::size_t{length} * op.unit;
+        const std::uint64_t size = std::uint64_t{length} * op.unit;
+        if (!has(size, position, end)) {
+            return kFailed;
+        }
         if constexpr (kChecks) {
             if (op.code == OpCode::BooleanSequence) {
-                return booleans(nullptr, length);
+                return booleans(nullptr, length, position, end);
             }
         } else {
             ZUVSequence *sequence = memberAt<ZUVSequence>(base, op.offset);
             if (!prepareSequence(sequence, op, length)) {
-                return false;
+                return kFailed;
             }
-            if (sequence->_discontiguous_buffer == nullptr) {
-                if (length > 0) {
-                    copyUnits(sequence->_contiguous_buffer, size, op.unit);
-                }
-            } else {
-                separateUnits(*sequence, op);
-                return true;
+            if (sequence->_discontiguous_buffer != nullptr) {
+                separateUnits(*sequence, op, position);
+            } else if (length > 0) {
+                copyUnits(sequence->_contiguous_buffer, position, size, op.unit);
             }
         }
-        cursor_ += size;
-        return true;
+        return position + size;
     }
 
-    void separateUnits(const ZUVSequence &sequence, const Op &op)
+    [[gnu::noinline]] void separateUnits(const ZUVSequence &sequence, const Op &op,
+                                         std::size_t position) const
     {
         for (std::uint32_t i = 0; i < sequence._length; ++i) {
-            copyUnits(elementAt(sequence, i, op.unit), op.unit, op.unit);
-            cursor_ += op.unit;
+            copyUnits(elementAt(sequence, i, op.unit), position + std::size_t{i} * op.unit, op.unit,
+                      op.unit);
         }
     }
 
-    bool sequence(const Op &op, void *base)
+    std::size_t sequence(const Op &op, void *base, std::size_t position, std::size_t end)
     {
-        return delimited([&] {
+        return delimited(position, end, [&](std::size_t inner, std::size_t innerEnd) {
             std::uint32_t length = 0;
-            if (!word(length) || (kChecks && length > op.bound) ||
-                !has(std::uint64_t{length} * op.element->leastWireSize())) {
-                return false;
+            if (!word(inner, innerEnd, length) || (kChecks && length > op.bound) ||
+                !has(std::uint64_t{length} * op.element->leastWireSize(), inner, innerEnd)) {
+                return kFailed;
             }
-            ZUVSequence *sequence = nullptr;
-            if constexpr (!kChecks) {
-                sequence = memberAt<ZUVSequence>(base, op.offset);
-                if (!prepareSequence(sequence, op, length)) {
-                    return false;
-                }
+            ZUVSequence *sequence = kChecks ? nullptr : memberAt<ZUVSequence>(base, op.offset);
+            if (!kChecks && !prepareSequence(sequence, op, length)) {
+                return kFailed;
             }
-            for (std::uint32_t i = 0; i < length; ++i) {
+            for (std::uint32_t i = 0; i < length && inner != kFailed; ++i) {
                 void *element =
                     kChecks ? nullptr : elementAt(*sequence, i, op.sequenceElement.size);
-                if (!sample(*op.element, element)) {
-                    return false;
-                }
+                inner = sample(*op.element, element, inner, innerEnd);
             }
-            return true;
+            return inner;
         });
     }
 
-    bool optional(const Op &op, void *base, bool isFramed)
+    std::size_t array(const Op &op, void *base, std::size_t position, std::size_t end)
+    {
+        return delimited(position, end, [&](std::size_t inner, std::size_t innerEnd) {
+            for (std::uint32_t i = 0; i < op.count && inner != kFailed; ++i) {
+                inner = sample(*op.element, memberOf(base, op.offset + i * op.element->size()),
+                               inner, innerEnd);
+            }
+            return inner;
+        });
+    }
+
+    std::size_t optional(const Op &op, void *base, bool isFramed, std::size_t position,
+                         std::size_t end)
     {
         bool isPresent = true;
-        if (!isFramed && !flag(isPresent)) {
-            return false;
+        if (!isFramed && !flag(position, end, isPresent)) {
+            return kFailed;
         }
         if (!isPresent) {
-            return kChecks || resetOp(op, base);
+            return kChecks || resetOp(op, base) ? position : kFailed;
         }
         void *target = kChecks ? nullptr : assertOptional(op, base);
-        return (kChecks || target != nullptr) && sample(*op.element, target);
+        return kChecks || target != nullptr ? sample(*op.element, target, position, end) : kFailed;
     }
 
     const std::uint8_t *begin_;
-    const std::uint8_t *cursor_;
-    const std::uint8_t *end_;
 };
 
 } // namespace zuv

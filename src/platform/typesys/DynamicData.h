@@ -28,10 +28,9 @@ DDS_ReturnCode_t DDS_DynamicData_from_cdr_buffer(DDS_DynamicData *self, const ch
 /* Render the sample. With a NULL `text` the size with the terminator goes to `*length`; otherwise `*length`
  * is the capacity on entry, and on return the size. DDS_RETCODE_BAD_PARAMETER for another NULL;
  * DDS_RETCODE_OUT_OF_RESOURCES when the text does not fit, with the size needed in `*length`. */
-DDS_ReturnCode_t
-DDS_DynamicDataFormatter_to_string_w_format(const DDS_DynamicData *self, char *text,
-                                            DDS_UnsignedLong *length,
-                                            const DDS_PrintFormatProperty *format);
+DDS_ReturnCode_t DDS_DynamicDataFormatter_to_string_w_format(const DDS_DynamicData *self,
+                                                             char *text, DDS_UnsignedLong *length,
+                                                             const DDS_PrintFormatProperty *format);
 
 #ifdef __cplusplus
 }

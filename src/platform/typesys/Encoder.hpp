@@ -1,11 +1,11 @@
 // Writes samples in XCDR2 (DDS-XTypes 1.3, 7.4.3), operation by operation of a program.
 //
-// The same walk counts and writes: it is given a sink that has a buffer, or one that only knows how far it
-// has come.
+// The same walk counts and writes: it is given a sink that has a buffer, or one that has none. Positions are
+// passed by value from function to function, which keeps them in registers; they count from where the
+// alignment does, behind the encapsulation header.
 #ifndef ZUV_PLATFORM_TYPESYS_ENCODER_HPP
 #define ZUV_PLATFORM_TYPESYS_ENCODER_HPP
 
-#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <span>
@@ -15,7 +15,10 @@
 namespace zuv
 {
 
-enum class EncodeFailure : std::uint8_t { None, NoRoom, BeyondBound, NullText, UnknownEnumValue };
+enum class EncodeFailure : std::uint8_t { NoRoom, BeyondBound, NullText, UnknownEnumValue };
+
+// What a walk returns in place of a position when it failed.
+constexpr std::size_t kFailed = SIZE_MAX;
 
 // The greatest size of a payload that is written or read.
 constexpr std::uint64_t kMaxPayloadSize = 0x7fffffff;
@@ -36,166 +39,173 @@ inline void copySwapped(std::uint8_t *to, const std::uint8_t *from, std::size_t 
     }
 }
 
-// Writes into a buffer; Swap for the other byte order than the machine's. Alignment counts from the
-// buffer's begin.
+// Positions stay far below the greatest number.
+inline std::size_t alignedUp(std::size_t position, std::uint32_t alignment)
+{
+    return (position + alignment - 1) & ~std::size_t{alignment - 1};
+}
+
+// Writes into a buffer; Swap for the other byte order than the machine's. Each operation moves `position`
+// on, and returns false, moving nothing, when there is not room enough.
 template <bool Swap>
 class BufferSink
 {
 public:
-    BufferSink(std::uint8_t *begin, std::size_t capacity)
-        : begin_(begin), cursor_(begin), end_(begin + capacity)
-    {
-    }
+    BufferSink(std::uint8_t *begin, std::size_t capacity) : begin_(begin), capacity_(capacity) {}
 
-    std::size_t position() const { return static_cast<std::size_t>(cursor_ - begin_); }
-
-    bool align(std::uint32_t alignment)
+    bool align(std::size_t &position, std::uint32_t alignment) const
     {
-        const std::size_t padding = (0 - position()) & (alignment - 1);
-        if (padding > remaining()) {
+        const std::size_t aligned = alignedUp(position, alignment);
+        if (aligned > capacity_) {
             return false;
         }
-        for (std::size_t i = 0; i < padding; ++i) {
-            *cursor_++ = 0;
+        while (position < aligned) {
+            begin_[position++] = 0;
         }
         return true;
     }
 
-    bool octet(std::uint8_t value)
+    bool octet(std::size_t &position, std::uint8_t value) const
     {
-        if (remaining() < 1) {
+        if (position == capacity_) {
             return false;
         }
-        *cursor_++ = value;
+        begin_[position++] = value;
         return true;
     }
 
-    bool word(std::uint32_t value)
+    bool word(std::size_t &position, std::uint32_t value) const
     {
-        if (!align(sizeof(value)) || remaining() < sizeof(value)) {
+        if (!align(position, sizeof(value)) || capacity_ - position < sizeof(value)) {
             return false;
         }
-        store(cursor_, value);
-        cursor_ += sizeof(value);
+        patch(position, value);
+        position += sizeof(value);
         return true;
     }
 
     // Units that need no further alignment.
-    bool units(const void *source, std::size_t size, std::uint32_t unit)
+    bool units(std::size_t &position, const void *source, std::size_t size,
+               std::uint32_t unit) const
     {
-        if (size > remaining()) {
+        if (size > capacity_ - position) {
             return false;
         }
         if (Swap && unit > 1) {
-            copySwapped(cursor_, static_cast<const std::uint8_t *>(source), size, unit);
+            copySwapped(begin_ + position, static_cast<const std::uint8_t *>(source), size, unit);
         } else {
-            std::memcpy(cursor_, source, size);
+            copyOctets(begin_ + position, source, size);
         }
-        cursor_ += size;
+        position += size;
         return true;
     }
 
-    // Exchange the word that was written at `position`.
-    void patch(std::size_t position, std::uint32_t value) { store(begin_ + position, value); }
-
-private:
-    std::size_t remaining() const { return static_cast<std::size_t>(end_ - cursor_); }
-
-    static void store(std::uint8_t *to, std::uint32_t value)
+    // Exchange the word at `position`.
+    void patch(std::size_t position, std::uint32_t value) const
     {
         const std::uint32_t turned = Swap ? swapped(value) : value;
-        std::memcpy(to, &turned, sizeof(turned));
+        std::memcpy(begin_ + position, &turned, sizeof(turned));
     }
 
+private:
     std::uint8_t *begin_;
-    std::uint8_t *cursor_;
-    std::uint8_t *end_;
+    std::size_t capacity_;
 };
 
-// Writes nothing.
+// Writes nothing, and has room for any payload.
 class CountingSink
 {
 public:
-    std::size_t position() const { return position_; }
-    bool align(std::uint32_t alignment)
+    bool align(std::size_t &position, std::uint32_t alignment) const
     {
-        position_ += (0 - position_) & (alignment - 1);
+        position = alignedUp(position, alignment);
         return true;
     }
-    bool octet(std::uint8_t) { return skip(1); }
-    bool word(std::uint32_t) { return align(sizeof(std::uint32_t)) && skip(sizeof(std::uint32_t)); }
-    bool units(const void *, std::size_t size, std::uint32_t) { return skip(size); }
-    void patch(std::size_t, std::uint32_t) {}
+    bool octet(std::size_t &position, std::uint8_t) const { return skip(position, 1); }
+    bool word(std::size_t &position, std::uint32_t) const
+    {
+        return align(position, sizeof(std::uint32_t)) && skip(position, sizeof(std::uint32_t));
+    }
+    bool units(std::size_t &position, const void *, std::size_t size, std::uint32_t) const
+    {
+        return skip(position, size);
+    }
+    void patch(std::size_t, std::uint32_t) const {}
 
 private:
-    bool skip(std::size_t size)
+    static bool skip(std::size_t &position, std::size_t size)
     {
-        position_ += size;
-        return position_ <= kMaxPayloadSize;
+        position += size;
+        return position <= kMaxPayloadSize;
     }
-
-    std::size_t position_ = 0;
 };
 
 template <typename Sink>
 class Encoder
 {
 public:
-    explicit Encoder(Sink &sink) : sink_(sink) {}
+    explicit Encoder(const Sink &sink) : sink_(sink) {}
 
-    // Why the last operation failed.
+    // Why the last walk failed.
     EncodeFailure failure() const { return failure_; }
 
-    // A sample with the header that its type's extensibility asks for.
-    bool sample(const Program &program, const void *base)
+    // A sample with the header that its type's extensibility asks for. Like all walks here it takes the
+    // position where it begins, and returns that where it ends, or kFailed.
+    std::size_t sample(const Program &program, const void *base, std::size_t position)
     {
         switch (program.extensibility()) {
         case DDS_EXTENSIBLE_EXTENSIBILITY:
-            return delimited([&] { return ops(program.ops(), base); });
+            return delimited(position,
+                             [&](std::size_t inner) { return ops(program.ops(), base, inner); });
         case DDS_MUTABLE_EXTENSIBILITY:
-            return delimited([&] { return framedMembers(program.ops(), base); });
+            return delimited(position, [&](std::size_t inner) {
+                return framedMembers(program.ops(), base, inner);
+            });
         default:
-            return ops(program.ops(), base);
+            return ops(program.ops(), base, position);
         }
     }
 
-    bool ops(std::span<const Op> all, const void *base)
+    std::size_t ops(std::span<const Op> all, const void *base, std::size_t position)
     {
         for (const Op &op : all) {
-            if (!member(op, base, false)) {
-                return false;
+            position = member(op, base, false, position);
+            if (position == kFailed) {
+                break;
             }
         }
-        return true;
+        return position;
     }
 
 private:
-    bool fail(EncodeFailure failure)
+    std::size_t fail(EncodeFailure failure)
     {
         failure_ = failure;
-        return false;
+        return kFailed;
     }
 
     // What a sink refuses it has no room for.
-    bool sunk(bool hasRoom) { return hasRoom || fail(EncodeFailure::NoRoom); }
+    std::size_t sunk(bool hasRoom, std::size_t position)
+    {
+        return hasRoom ? position : fail(EncodeFailure::NoRoom);
+    }
 
     // The size of what `write` writes, and then that itself.
     template <typename Write>
-    bool delimited(Write write)
+    std::size_t delimited(std::size_t position, Write write)
     {
-        if (!sunk(sink_.word(0))) {
-            return false;
+        if (!sink_.word(position, 0)) {
+            return fail(EncodeFailure::NoRoom);
         }
-        const std::size_t begin = sink_.position();
-        if (!write()) {
-            return false;
+        const std::size_t end = write(position);
+        if (end != kFailed) {
+            sink_.patch(position - sizeof(std::uint32_t),
+                        static_cast<std::uint32_t>(end - position));
         }
-        sink_.patch(begin - sizeof(std::uint32_t),
-                    static_cast<std::uint32_t>(sink_.position() - begin));
-        return true;
+        return end;
     }
 
-    bool framedMembers(std::span<const Op> all, const void *base)
+    std::size_t framedMembers(std::span<const Op> all, const void *base, std::size_t position)
     {
         constexpr std::uint32_t kMustUnderstand = 0x80000000u;
         constexpr unsigned kLengthShift = 28;
@@ -205,15 +215,16 @@ private:
             }
             const std::uint32_t header = (op.mustUnderstand ? kMustUnderstand : 0u) |
                                          std::uint32_t{op.lengthCode} << kLengthShift | op.memberId;
-            if (!sunk(sink_.word(header))) {
-                return false;
+            if (!sink_.word(position, header)) {
+                return fail(EncodeFailure::NoRoom);
             }
-            const auto write = [&] { return member(op, base, true); };
-            if (!(op.lengthCode == kLengthNext ? delimited(write) : write())) {
-                return false;
+            const auto write = [&](std::size_t inner) { return member(op, base, true, inner); };
+            position = op.lengthCode == kLengthNext ? delimited(position, write) : write(position);
+            if (position == kFailed) {
+                break;
             }
         }
-        return true;
+        return position;
     }
 
     static bool isAbsent(const Op &op, const void *base)
@@ -223,131 +234,147 @@ private:
     }
 
     // A framed member's header has told already whether it is there.
-    bool member(const Op &op, const void *base, bool isFramed)
+    [[gnu::always_inline]] std::size_t member(const Op &op, const void *base, bool isFramed,
+                                              std::size_t position)
     {
         switch (op.code) {
         case OpCode::Units:
-            return sunk(sink_.align(op.alignment()) &&
-                        sink_.units(memberAt<char>(base, op.offset), op.size, op.unit));
-        case OpCode::Booleans:
-            return booleans(memberAt<std::uint8_t>(base, op.offset), op.size);
+            return sunk(
+                sink_.align(position, op.alignment) &&
+                    sink_.units(position, memberAt<char>(base, op.offset), op.size, op.unit),
+                position);
         case OpCode::Enum:
-            return enumeration(op, *memberAt<std::int32_t>(base, op.offset));
+            return enumeration(op, *memberAt<std::int32_t>(base, op.offset), position);
         case OpCode::Text:
-            return text(op, *memberAt<char *>(base, op.offset), isFramed);
+            return text(op, *memberAt<char *>(base, op.offset), isFramed, position);
         case OpCode::UnitSequence:
+            return unitSequence(op, *memberAt<ZUVSequence>(base, op.offset), position);
+        default:
+            return otherMember(op, base, isFramed, position);
+        }
+    }
+
+    [[gnu::noinline]] std::size_t otherMember(const Op &op, const void *base, bool isFramed,
+                                              std::size_t position)
+    {
+        switch (op.code) {
+        case OpCode::Booleans:
+            return booleans(memberAt<std::uint8_t>(base, op.offset), op.size, position);
         case OpCode::BooleanSequence:
-            return unitSequence(op, *memberAt<ZUVSequence>(base, op.offset));
+            return unitSequence(op, *memberAt<ZUVSequence>(base, op.offset), position);
         case OpCode::Sequence:
-            return sequence(op, *memberAt<ZUVSequence>(base, op.offset));
+            return sequence(op, *memberAt<ZUVSequence>(base, op.offset), position);
         case OpCode::Array:
-            return delimited([&] {
-                for (std::uint32_t i = 0; i < op.count; ++i) {
-                    if (!sample(*op.element,
-                                memberAt<char>(base, op.offset + i * op.element->size()))) {
-                        return false;
-                    }
-                }
-                return true;
-            });
-        case OpCode::Struct:
-            return sample(*op.element, memberAt<char>(base, op.offset));
+            return array(op, base, position);
         case OpCode::Optional: {
             const void *target = *memberAt<void *>(base, op.offset);
-            if (!isFramed && !sunk(sink_.octet(target != nullptr))) {
-                return false;
+            if (!isFramed && !sink_.octet(position, target != nullptr)) {
+                return fail(EncodeFailure::NoRoom);
             }
-            return target == nullptr || sample(*op.element, target);
+            return target == nullptr ? position : sample(*op.element, target, position);
         }
+        default:
+            return sample(*op.element, memberAt<char>(base, op.offset), position);
         }
-        return false;
     }
 
-    bool booleans(const std::uint8_t *values, std::size_t count)
+    std::size_t booleans(const std::uint8_t *values, std::size_t count, std::size_t position)
     {
         for (std::size_t i = 0; i < count; ++i) {
-            if (!sunk(sink_.octet(values[i] != 0))) {
-                return false;
+            if (!sink_.octet(position, values[i] != 0)) {
+                return fail(EncodeFailure::NoRoom);
             }
         }
-        return true;
+        return position;
     }
 
-    bool enumeration(const Op &op, std::int32_t value)
+    [[gnu::always_inline]] std::size_t enumeration(const Op &op, std::int32_t value,
+                                                   std::size_t position)
     {
         if (!op.holdsEnumValue(value)) {
             return fail(EncodeFailure::UnknownEnumValue);
         }
-        return sunk(sink_.word(static_cast<std::uint32_t>(value)));
+        return sunk(sink_.word(position, static_cast<std::uint32_t>(value)), position);
     }
 
-    bool text(const Op &op, const char *value, bool isFramed)
+    [[gnu::always_inline]] std::size_t text(const Op &op, const char *value, bool isFramed,
+                                            std::size_t position)
     {
-        if (op.isOptional && !isFramed && !sunk(sink_.octet(value != nullptr))) {
-            return false;
+        if (op.isOptional && !isFramed && !sink_.octet(position, value != nullptr)) {
+            return fail(EncodeFailure::NoRoom);
         }
         if (value == nullptr) {
-            return op.isOptional || fail(EncodeFailure::NullText);
+            return op.isOptional ? position : fail(EncodeFailure::NullText);
         }
         const std::size_t length = std::strlen(value);
         if (length > op.bound || length >= kMaxPayloadSize) {
             return fail(EncodeFailure::BeyondBound);
         }
-        return sunk(sink_.word(static_cast<std::uint32_t>(length + 1)) &&
-                    sink_.units(value, length + 1, 1));
+        return sunk(sink_.word(position, static_cast<std::uint32_t>(length + 1)) &&
+                        sink_.units(position, value, length + 1, 1),
+                    position);
     }
 
-    bool unitSequence(const Op &op, const ZUVSequence &sequence)
+    [[gnu::always_inline]] std::size_t unitSequence(const Op &op, const ZUVSequence &sequence,
+                                                    std::size_t position)
     {
         const std::uint32_t length = isInitialized(sequence) ? sequence._length : 0;
         if (length > op.bound) {
             return fail(EncodeFailure::BeyondBound);
         }
-        if (!sunk(sink_.word(length))) {
-            return false;
+        if (!sink_.word(position, length)) {
+            return fail(EncodeFailure::NoRoom);
         }
         if (sequence._discontiguous_buffer != nullptr || op.code == OpCode::BooleanSequence) {
-            return separateUnits(op, sequence, length);
+            return separateUnits(op, sequence, length, position);
         }
-        return length == 0 || sunk(sink_.units(sequence._contiguous_buffer,
-                                               std::size_t{length} * op.unit, op.unit));
+        return sunk(length == 0 || sink_.units(position, sequence._contiguous_buffer,
+                                               std::size_t{length} * op.unit, op.unit),
+                    position);
     }
 
-    bool separateUnits(const Op &op, const ZUVSequence &sequence, std::uint32_t length)
+    [[gnu::noinline]] std::size_t separateUnits(const Op &op, const ZUVSequence &sequence,
+                                                std::uint32_t length, std::size_t position)
     {
-        for (std::uint32_t i = 0; i < length; ++i) {
+        for (std::uint32_t i = 0; i < length && position != kFailed; ++i) {
             const void *unit = elementAt(sequence, i, op.unit);
-            const bool isWritten = op.code == OpCode::BooleanSequence
-                                       ? booleans(static_cast<const std::uint8_t *>(unit), 1)
-                                       : sunk(sink_.units(unit, op.unit, op.unit));
-            if (!isWritten) {
-                return false;
-            }
+            position = op.code == OpCode::BooleanSequence
+                           ? booleans(static_cast<const std::uint8_t *>(unit), 1, position)
+                           : sunk(sink_.units(position, unit, op.unit, op.unit), position);
         }
-        return true;
+        return position;
     }
 
-    bool sequence(const Op &op, const ZUVSequence &sequence)
+    std::size_t sequence(const Op &op, const ZUVSequence &sequence, std::size_t position)
     {
         const std::uint32_t length = isInitialized(sequence) ? sequence._length : 0;
         if (length > op.bound) {
             return fail(EncodeFailure::BeyondBound);
         }
-        return delimited([&] {
-            if (!sunk(sink_.word(length))) {
-                return false;
+        return delimited(position, [&](std::size_t inner) {
+            if (!sink_.word(inner, length)) {
+                return fail(EncodeFailure::NoRoom);
             }
-            for (std::uint32_t i = 0; i < length; ++i) {
-                if (!sample(*op.element, elementAt(sequence, i, op.sequenceElement.size))) {
-                    return false;
-                }
+            for (std::uint32_t i = 0; i < length && inner != kFailed; ++i) {
+                inner = sample(*op.element, elementAt(sequence, i, op.sequenceElement.size), inner);
             }
-            return true;
+            return inner;
         });
     }
 
-    Sink &sink_;
-    EncodeFailure failure_ = EncodeFailure::None;
+    std::size_t array(const Op &op, const void *base, std::size_t position)
+    {
+        return delimited(position, [&](std::size_t inner) {
+            for (std::uint32_t i = 0; i < op.count && inner != kFailed; ++i) {
+                inner = sample(*op.element,
+                               memberAt<char>(base, op.offset + i * op.element->size()), inner);
+            }
+            return inner;
+        });
+    }
+
+    const Sink sink_;
+    EncodeFailure failure_ = EncodeFailure::NoRoom;
 };
 
 } // namespace zuv

@@ -56,8 +56,7 @@ void *takeFrom(ZUVTypeEndpointData &self, std::vector<void *> ZUVTypeEndpointDat
 }
 
 // False when the pool could not take it.
-bool giveTo(ZUVTypeEndpointData &self, std::vector<void *> ZUVTypeEndpointData::*pool,
-            void *object)
+bool giveTo(ZUVTypeEndpointData &self, std::vector<void *> ZUVTypeEndpointData::*pool, void *object)
 {
     const std::lock_guard lock(self.mutex);
     try {
@@ -77,8 +76,8 @@ void *getPooledSample(ZUVTypeEndpointData *self, std::vector<void *> ZUVTypeEndp
     return sample != nullptr ? sample : ZUVTypeEndpointData_createSample(self);
 }
 
-void returnPooledSample(ZUVTypeEndpointData *self,
-                        std::vector<void *> ZUVTypeEndpointData::*pool, void *sample)
+void returnPooledSample(ZUVTypeEndpointData *self, std::vector<void *> ZUVTypeEndpointData::*pool,
+                        void *sample)
 {
     if (!isNullEndpoint(self) && sample != nullptr && !giveTo(*self, pool, sample)) {
         ZUVTypeEndpointData_deleteSample(self, sample);
@@ -106,8 +105,8 @@ ZUVTypeParticipantData *ZUVTypeParticipantData_new(const DDS_TypeCode *type)
 void ZUVTypeParticipantData_delete(ZUVTypeParticipantData *self)
 {
     if (self != nullptr) {
-        DDS_TypeCodeFactory_remove_programs_from_global_list(
-            DDS_TypeCodeFactory_get_instance(), self->type, DDS_TYPE_PROGRAMS_ALL);
+        DDS_TypeCodeFactory_remove_programs_from_global_list(DDS_TypeCodeFactory_get_instance(),
+                                                             self->type, DDS_TYPE_PROGRAMS_ALL);
         zuv::deleteObject(self);
     }
 }
@@ -220,8 +219,7 @@ void ZUVTypeEndpointData_returnBuffer(ZUVTypeEndpointData *self, DDS_Octet *buff
 
 DDS_Boolean ZUVTypeEndpointData_serializedSampleToKeyHash(ZUVTypeEndpointData *self,
                                                           const DDS_Octet *buffer,
-                                                          DDS_UnsignedLong length,
-                                                          ZUVKeyHash *hash)
+                                                          DDS_UnsignedLong length, ZUVKeyHash *hash)
 {
     if (isNullEndpoint(self) || self->keyHolder == nullptr) {
         return DDS_BOOLEAN_FALSE;

@@ -15,6 +15,7 @@ namespace zuv
 namespace
 {
 
+constexpr std::uint8_t kMaxAlignment = 4;
 constexpr std::size_t kMaxMutableMembers = 64; // what a reader's set of members seen has room for
 
 [[noreturn]] void refuse(const DDS_TypeCode &type, const char *reason)
@@ -206,6 +207,7 @@ private:
         } else {
             program_.size_ = value(type, 0, {DDS_TK_NULL, {0}}, program_.ops_);
         }
+        fillAccess(type);
         program_.isPlain_ = std::ranges::all_of(program_.ops_, isPlain);
         program_.hasOptional_ = std::ranges::any_of(program_.ops_, hasOptional);
         program_.isZeroDefault_ = std::ranges::all_of(program_.ops_, isZeroDefault);
@@ -218,6 +220,17 @@ private:
             type.extensibility != DDS_FINAL_EXTENSIBILITY && program_.isStruct_
                 ? kHeaderAlone
                 : static_cast<std::uint32_t>(std::min<std::uint64_t>(least, DDS_UNBOUNDED));
+    }
+
+    void fillAccess(const DDS_TypeCode &type)
+    {
+        if (program_.isStruct_) {
+            for (const DDS_TypeCodeMember &each : type.members) {
+                program_.offsets_.push_back(each.offset);
+            }
+        }
+        program_.access_ = {program_.size_, static_cast<DDS_UnsignedLong>(program_.offsets_.size()),
+                            program_.offsets_.empty() ? nullptr : program_.offsets_.data()};
     }
 
     void compileStruct(const DDS_TypeCode &type)
@@ -322,6 +335,7 @@ private:
         if (op.unit == 0) {
             refuse(type, "its kind has no serialized form");
         }
+        op.alignment = std::min<std::uint8_t>(op.unit, kMaxAlignment);
         op.offset = offset;
         op.size = op.unit * count;
         op.defaultBits = defaultBits;
@@ -340,6 +354,7 @@ private:
         Op op;
         op.code = OpCode::Enum;
         op.unit = sizeof(std::int32_t);
+        op.alignment = op.unit;
         op.size = op.unit;
         op.offset = offset;
         op.least = least.ordinal;
@@ -477,16 +492,10 @@ private:
     Program &program_;
 };
 
-const Program *Program::of(const DDS_TypeCode *type)
+const Program *Program::compile(const DDS_TypeCode *type)
 {
-    const DDS_TypeCode *resolved = DDS_TypeCode_resolve_alias(type);
-    if (resolved != nullptr && resolved->slot != nullptr) {
-        const Program *program = resolved->slot->program.load(std::memory_order_acquire);
-        if (program != nullptr) {
-            return program;
-        }
-    }
     try {
+        const DDS_TypeCode *resolved = DDS_TypeCode_resolve_alias(type);
         if (resolved == nullptr || resolved->slot == nullptr) {
             throw std::invalid_argument("compile type: it has no structure in memory");
         }
@@ -497,7 +506,11 @@ const Program *Program::of(const DDS_TypeCode *type)
         std::call_once(slot.compileOnce, [&slot, resolved] {
             slot.program.store(Compiler::compile(*resolved).release(), std::memory_order_release);
         });
-        return slot.program.load(std::memory_order_acquire);
+        const Program *program = slot.program.load(std::memory_order_acquire);
+        if (type->slot != nullptr) {
+            type->slot->program.store(program, std::memory_order_release);
+        }
+        return program;
     } catch (const std::exception &failure) {
         ZUV_LOG(DDS, ZUV_LOG_BIT_EXCEPTION, DDS_SUBMODULE_TYPES, &ZUV_LOG_ANY_FAILURE_s,
                 failure.what());

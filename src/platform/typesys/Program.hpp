@@ -45,6 +45,7 @@ class Program;
 struct Op {
     OpCode code = OpCode::Units;
     std::uint8_t unit = 1;
+    std::uint8_t alignment = 1;  // on the wire, where it never exceeds four
     bool startsMember = false;   // the first of a member: older samples may end before it
     bool isOptional = false;     // a text that may be absent
     bool isLazy = false;         // a text that is initialized to null
@@ -63,8 +64,6 @@ struct Op {
     ZUVSequenceElement sequenceElement = {0, nullptr};
     std::span<const Op> parts = {}; // of Units that join members: an operation for each of them
 
-    // Alignment on the wire never exceeds four.
-    std::uint32_t alignment() const { return unit < 4 ? unit : 4; }
     bool holdsEnumValue(std::int32_t value) const
     {
         return value >= least && value <= greatest &&
@@ -79,7 +78,13 @@ class Program
 public:
     // Null, with a report, for a type that has no C structure or cannot be compiled, and when there is no
     // memory.
-    static const Program *of(const DDS_TypeCode *type);
+    static const Program *of(const DDS_TypeCode *type)
+    {
+        const Program *program = type != nullptr && type->slot != nullptr
+                                     ? type->slot->program.load(std::memory_order_acquire)
+                                     : nullptr;
+        return program != nullptr ? program : compile(type);
+    }
 
     std::span<const Op> ops() const { return ops_; }
     // The key members alone, in the order of their ids, without headers.
@@ -91,6 +96,7 @@ public:
     DDS_ExtensibilityKind extensibility() const { return extensibility_; }
     // Bytes in memory.
     std::uint32_t size() const { return size_; }
+    const ZUVSampleAccessInfo &access() const { return access_; }
     // The least octets that a sample may have on the wire, whoever wrote it.
     std::uint32_t leastWireSize() const { return leastWireSize_; }
     // Samples hold nothing outside themselves.
@@ -103,9 +109,12 @@ public:
 private:
     friend class Compiler;
     Program() = default;
+    static const Program *compile(const DDS_TypeCode *type);
 
     std::vector<Op> ops_;
     std::vector<Op> keyOps_;
+    std::vector<DDS_UnsignedLong> offsets_;
+    ZUVSampleAccessInfo access_ = {0, 0, nullptr};
     std::vector<Op> parts_; // the operations before runs were joined
     DDS_ExtensibilityKind extensibility_ = DDS_FINAL_EXTENSIBILITY;
     std::uint32_t size_ = 0;

@@ -178,8 +178,8 @@ bool copyOp(const Op &op, void *destination, const void *source)
     case OpCode::Units:
     case OpCode::Booleans:
     case OpCode::Enum:
-        std::memcpy(memberAt<char>(destination, op.offset), memberAt<char>(source, op.offset),
-                    op.size);
+        copyOctets(memberAt<char>(destination, op.offset), memberAt<char>(source, op.offset),
+                   op.size);
         return true;
     case OpCode::Text:
         return copyText(op, memberAt<char *>(destination, op.offset),
@@ -410,11 +410,8 @@ bool resetOp(const Op &op, void *base)
     return false;
 }
 
-bool reserveText(char **slot, std::size_t size)
+bool exchangeText(char **slot, std::size_t size)
 {
-    if (*slot != nullptr && ZUVOsapiHeap_getBlockSize(*slot) >= size) {
-        return true;
-    }
     char *storage = DDS_String_alloc(size - 1);
     if (storage == nullptr) {
         ZUV_LOG(DDS, ZUV_LOG_BIT_EXCEPTION, DDS_SUBMODULE_TYPES,

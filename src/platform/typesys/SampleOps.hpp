@@ -3,8 +3,10 @@
 #define ZUV_PLATFORM_TYPESYS_SAMPLE_OPS_HPP
 
 #include <cstdint>
+#include <cstring>
 #include <span>
 
+#include "platform/osapi/Heap.h"
 #include "platform/typesys/Program.hpp"
 
 namespace zuv
@@ -56,7 +58,12 @@ bool areEqual(std::span<const Op> ops, const void *first, const void *second);
 bool resetOp(const Op &op, void *base);
 
 // Give the text at `slot` room for `size` octets, terminator included. Its content is unspecified then.
-bool reserveText(char **slot, std::size_t size);
+bool exchangeText(char **slot, std::size_t size);
+inline bool reserveText(char **slot, std::size_t size)
+{
+    return (*slot != nullptr && ZUVOsapiHeap_getBlockSize(*slot) >= size) ||
+           exchangeText(slot, size);
+}
 
 // The target of an optional member, made with its default if it is absent; null when there is no memory.
 void *assertOptional(const Op &op, void *base);
@@ -64,7 +71,27 @@ void releaseOptional(const Op &op, void *base);
 
 // Give a sequence room for `length` elements, not all of whose old values need stay, and that length.
 // Refused with a report for a loan that is too small.
-bool prepareSequence(ZUVSequence *sequence, const Op &op, std::uint32_t length);
+bool growSequence(ZUVSequence *sequence, const Op &op, std::uint32_t length);
+inline bool prepareSequence(ZUVSequence *sequence, const Op &op, std::uint32_t length)
+{
+    if (!isInitialized(*sequence) || length > sequence->_maximum) {
+        return growSequence(sequence, op, length);
+    }
+    sequence->_length = length;
+    return true;
+}
+
+// memcpy, with the sizes of most members known to the compiler.
+[[gnu::always_inline]] inline void copyOctets(void *to, const void *from, std::size_t size)
+{
+    if (size == sizeof(std::uint32_t)) {
+        std::memcpy(to, from, sizeof(std::uint32_t));
+    } else if (size == sizeof(std::uint64_t)) {
+        std::memcpy(to, from, sizeof(std::uint64_t));
+    } else {
+        std::memcpy(to, from, size);
+    }
+}
 
 } // namespace zuv
 

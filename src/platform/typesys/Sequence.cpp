@@ -252,7 +252,7 @@ void endLoan(ZUVSequence &self)
 
 } // namespace
 
-bool zuv::prepareSequence(ZUVSequence *sequence, const Op &op, std::uint32_t length)
+bool zuv::growSequence(ZUVSequence *sequence, const Op &op, std::uint32_t length)
 {
     if (!isInitialized(*sequence)) {
         ZUVSequence_initialize(sequence);

@@ -164,7 +164,7 @@ DDS_Boolean ZUVSequence_setElementDeallocationParams(ZUVSequence *self,
     TSeq *TSeq##_copy(TSeq *self, const TSeq *source);                                             \
     DDS_Boolean TSeq##_copy_no_alloc(TSeq *self, const TSeq *source);                              \
     DDS_Boolean TSeq##_copy_no_allocI(TSeq *self, const TSeq *source);                             \
-    DDS_Boolean TSeq##_from_array(TSeq *self, const T *array, DDS_Long length);                    \
+    DDS_Boolean TSeq##_from_array(TSeq *self, T const *array, DDS_Long length);                    \
     DDS_Boolean TSeq##_to_array(const TSeq *self, T *array, DDS_Long length);                      \
     DDS_Boolean TSeq##_loan_contiguous(TSeq *self, T *buffer, DDS_Long length, DDS_Long maximum);  \
     DDS_Boolean TSeq##_loan_discontiguous(TSeq *self, T **buffer, DDS_Long length,                 \
@@ -250,7 +250,7 @@ DDS_Boolean ZUVSequence_setElementDeallocationParams(ZUVSequence *self,
     {                                                                                              \
         return TSeq##_copy_no_alloc(self, source);                                                 \
     }                                                                                              \
-    DDS_Boolean TSeq##_from_array(TSeq *self, const T *array, DDS_Long length)                     \
+    DDS_Boolean TSeq##_from_array(TSeq *self, T const *array, DDS_Long length)                     \
     {                                                                                              \
         return ZUVSequence_fromArray((ZUVSequence *)self, &TSeq##_g_element, array, length);       \
     }                                                                                              \

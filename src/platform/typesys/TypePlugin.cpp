@@ -1,10 +1,7 @@
 #include "platform/typesys/TypePlugin.h"
 
-#include <new>
-
 #include "platform/log/DDSLog.h"
 #include "platform/log/LogMessages.h"
-#include "platform/osapi/Heap.h"
 #include "platform/osapi/Object.hpp"
 #include "platform/typesys/Program.hpp"
 
@@ -16,7 +13,6 @@ namespace
 {
 
 constexpr const char *kPluginTag = "ZUVTypePlugin";
-constexpr const char *kAccessInfoTag = "ZUVSampleAccessInfo";
 
 DDS_TypeCodeFactory g_factory;
 
@@ -26,44 +22,12 @@ zuv::TypeSlot *slotOf(const DDS_TypeCode *type)
     return resolved != nullptr ? resolved->slot : nullptr;
 }
 
-// One block: the record, and behind it the offsets.
-const ZUVSampleAccessInfo *makeAccessInfo(const DDS_TypeCode &type, const zuv::Program &program)
-{
-    const std::size_t count = type.kind == DDS_TK_STRUCT ? type.members.size() : 0;
-    void *block = ZUVOsapiHeap_allocate(
-        sizeof(ZUVSampleAccessInfo) + count * sizeof(DDS_UnsignedLong), kAccessInfoTag);
-    if (block == nullptr) {
-        throw std::bad_alloc();
-    }
-    auto *offsets = reinterpret_cast<DDS_UnsignedLong *>(static_cast<char *>(block) +
-                                                         sizeof(ZUVSampleAccessInfo));
-    for (std::size_t i = 0; i < count; ++i) {
-        offsets[i] = type.members[i].offset;
-    }
-    return new (block) ZUVSampleAccessInfo{
-        program.size(), static_cast<DDS_UnsignedLong>(count), count > 0 ? offsets : nullptr};
-}
-
 } // namespace
 
 const ZUVSampleAccessInfo *ZUVType_getSampleAccessInfo(const DDS_TypeCode *type)
 {
     const zuv::Program *program = zuv::Program::of(type);
-    if (program == nullptr) {
-        return nullptr;
-    }
-    const DDS_TypeCode &resolved = *DDS_TypeCode_resolve_alias(type);
-    zuv::TypeSlot &slot = *resolved.slot;
-    try {
-        std::call_once(slot.accessOnce, [&] {
-            slot.access.store(makeAccessInfo(resolved, *program), std::memory_order_release);
-        });
-    } catch (const std::bad_alloc &) {
-        ZUV_LOG(DDS, ZUV_LOG_BIT_EXCEPTION, DDS_SUBMODULE_TYPES, &ZUV_LOG_CREATION_FAILURE_s,
-                "sample access info");
-        return nullptr;
-    }
-    return slot.access.load(std::memory_order_acquire);
+    return program != nullptr ? &program->access() : nullptr;
 }
 
 DDS_TypeCodeFactory *DDS_TypeCodeFactory_get_instance(void)

@@ -121,8 +121,8 @@ typedef struct ZUVSampleAccessInfo {
         *memberOffsets; /* memberCount offsets; NULL for a type without members */
 } ZUVSampleAccessInfo;
 
-/* The record's size and the members' offsets, made on the first call, which may come from several threads
- * at once. NULL when there is no memory. */
+/* Made with the type's program on first use, which may come from several threads at once. NULL when there is
+ * no memory. */
 const ZUVSampleAccessInfo *ZUVType_getSampleAccessInfo(const DDS_TypeCode *type);
 
 /* The factory that counts who uses a type's programs. */

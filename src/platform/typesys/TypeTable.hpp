@@ -29,8 +29,6 @@ class Program;
 struct TypeSlot {
     std::once_flag compileOnce;
     std::atomic<const Program *> program{nullptr};
-    std::once_flag accessOnce;
-    std::atomic<const ZUVSampleAccessInfo *> access{nullptr};
     std::atomic<std::uint32_t> programUsers{0};
 };
 

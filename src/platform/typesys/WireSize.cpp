@@ -74,7 +74,7 @@ std::uint64_t afterMember(const Op &op, std::uint64_t position, bool isFramed)
     case OpCode::Units:
     case OpCode::Booleans:
     case OpCode::Enum:
-        return aligned(position, op.alignment()) + op.size;
+        return aligned(position, op.alignment) + op.size;
     case OpCode::Text:
         return afterBounded<E>(op.bound, 1, afterWord(position) + 1);
     case OpCode::UnitSequence:
