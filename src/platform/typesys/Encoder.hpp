@@ -185,17 +185,14 @@ private:
     }
 
     // What a sink refuses it has no room for.
-    std::size_t sunk(bool hasRoom, std::size_t position)
-    {
-        return hasRoom ? position : fail(EncodeFailure::NoRoom);
-    }
+    std::size_t full() { return fail(EncodeFailure::NoRoom); }
 
     // The size of what `write` writes, and then that itself.
     template <typename Write>
     std::size_t delimited(std::size_t position, Write write)
     {
         if (!sink_.word(position, 0)) {
-            return fail(EncodeFailure::NoRoom);
+            return full();
         }
         const std::size_t end = write(position);
         if (end != kFailed) {
@@ -216,7 +213,7 @@ private:
             const std::uint32_t header = (op.mustUnderstand ? kMustUnderstand : 0u) |
                                          std::uint32_t{op.lengthCode} << kLengthShift | op.memberId;
             if (!sink_.word(position, header)) {
-                return fail(EncodeFailure::NoRoom);
+                return full();
             }
             const auto write = [&](std::size_t inner) { return member(op, base, true, inner); };
             position = op.lengthCode == kLengthNext ? delimited(position, write) : write(position);
@@ -239,10 +236,7 @@ private:
     {
         switch (op.code) {
         case OpCode::Units:
-            return sunk(
-                sink_.align(position, op.alignment) &&
-                    sink_.units(position, memberAt<char>(base, op.offset), op.size, op.unit),
-                position);
+            return units(op, memberAt<char>(base, op.offset), position);
         case OpCode::Enum:
             return enumeration(op, *memberAt<std::int32_t>(base, op.offset), position);
         case OpCode::Text:
@@ -269,7 +263,7 @@ private:
         case OpCode::Optional: {
             const void *target = *memberAt<void *>(base, op.offset);
             if (!isFramed && !sink_.octet(position, target != nullptr)) {
-                return fail(EncodeFailure::NoRoom);
+                return full();
             }
             return target == nullptr ? position : sample(*op.element, target, position);
         }
@@ -278,11 +272,18 @@ private:
         }
     }
 
+    [[gnu::always_inline]] std::size_t units(const Op &op, const void *source, std::size_t position)
+    {
+        const bool hasRoom =
+            sink_.align(position, op.alignment) && sink_.units(position, source, op.size, op.unit);
+        return hasRoom ? position : full();
+    }
+
     std::size_t booleans(const std::uint8_t *values, std::size_t count, std::size_t position)
     {
         for (std::size_t i = 0; i < count; ++i) {
             if (!sink_.octet(position, values[i] != 0)) {
-                return fail(EncodeFailure::NoRoom);
+                return full();
             }
         }
         return position;
@@ -294,14 +295,14 @@ private:
         if (!op.holdsEnumValue(value)) {
             return fail(EncodeFailure::UnknownEnumValue);
         }
-        return sunk(sink_.word(position, static_cast<std::uint32_t>(value)), position);
+        return sink_.word(position, static_cast<std::uint32_t>(value)) ? position : full();
     }
 
     [[gnu::always_inline]] std::size_t text(const Op &op, const char *value, bool isFramed,
                                             std::size_t position)
     {
         if (op.isOptional && !isFramed && !sink_.octet(position, value != nullptr)) {
-            return fail(EncodeFailure::NoRoom);
+            return full();
         }
         if (value == nullptr) {
             return op.isOptional ? position : fail(EncodeFailure::NullText);
@@ -310,9 +311,9 @@ private:
         if (length > op.bound || length >= kMaxPayloadSize) {
             return fail(EncodeFailure::BeyondBound);
         }
-        return sunk(sink_.word(position, static_cast<std::uint32_t>(length + 1)) &&
-                        sink_.units(position, value, length + 1, 1),
-                    position);
+        const bool hasRoom = sink_.word(position, static_cast<std::uint32_t>(length + 1)) &&
+                             sink_.units(position, value, length + 1, 1);
+        return hasRoom ? position : full();
     }
 
     [[gnu::always_inline]] std::size_t unitSequence(const Op &op, const ZUVSequence &sequence,
@@ -323,14 +324,14 @@ private:
             return fail(EncodeFailure::BeyondBound);
         }
         if (!sink_.word(position, length)) {
-            return fail(EncodeFailure::NoRoom);
+            return full();
         }
         if (sequence._discontiguous_buffer != nullptr || op.code == OpCode::BooleanSequence) {
             return separateUnits(op, sequence, length, position);
         }
-        return sunk(length == 0 || sink_.units(position, sequence._contiguous_buffer,
-                                               std::size_t{length} * op.unit, op.unit),
-                    position);
+        const bool hasRoom = length == 0 || sink_.units(position, sequence._contiguous_buffer,
+                                                        std::size_t{length} * op.unit, op.unit);
+        return hasRoom ? position : full();
     }
 
     [[gnu::noinline]] std::size_t separateUnits(const Op &op, const ZUVSequence &sequence,
@@ -338,9 +339,11 @@ private:
     {
         for (std::uint32_t i = 0; i < length && position != kFailed; ++i) {
             const void *unit = elementAt(sequence, i, op.unit);
-            position = op.code == OpCode::BooleanSequence
-                           ? booleans(static_cast<const std::uint8_t *>(unit), 1, position)
-                           : sunk(sink_.units(position, unit, op.unit, op.unit), position);
+            if (op.code == OpCode::BooleanSequence) {
+                position = booleans(static_cast<const std::uint8_t *>(unit), 1, position);
+            } else if (!sink_.units(position, unit, op.unit, op.unit)) {
+                return full();
+            }
         }
         return position;
     }
@@ -353,7 +356,7 @@ private:
         }
         return delimited(position, [&](std::size_t inner) {
             if (!sink_.word(inner, length)) {
-                return fail(EncodeFailure::NoRoom);
+                return full();
             }
             for (std::uint32_t i = 0; i < length && inner != kFailed; ++i) {
                 inner = sample(*op.element, elementAt(sequence, i, op.sequenceElement.size), inner);
