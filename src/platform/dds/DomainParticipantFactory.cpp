@@ -22,11 +22,6 @@ using zuv::dds::heapDelete;
 using zuv::dds::heapNew;
 using zuv::dds::toOurs;
 
-struct DDS_DomainParticipantFactory {
-    std::mutex mutex;
-    std::vector<DDS_DomainParticipant *> participants;
-};
-
 namespace
 {
 

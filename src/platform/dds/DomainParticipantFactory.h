@@ -18,6 +18,8 @@ extern "C" {
 /* No participant listener exists; the place of the argument is that of the standard. */
 struct DDS_DomainParticipantListener;
 
+struct MAVOWorkerFactory;
+
 /* The one factory of the process, made when first asked for. NULL, after a log line, when it cannot be
  * made. May be called from any thread. */
 DDS_DomainParticipantFactory *DDS_DomainParticipantFactory_get_instance(void);
@@ -44,6 +46,20 @@ DDS_DomainParticipant *DDS_DomainParticipantFactory_create_participant(
 DDS_ReturnCode_t
 DDS_DomainParticipantFactory_delete_participant(DDS_DomainParticipantFactory *self,
                                                 DDS_DomainParticipant *participant);
+
+/* The first participant of this process whose QoS names it `name`, or NULL. Names are compared as they stand; those
+ * of no two participants need differ. Still owned as before: it must not be deleted while the result is in use. May be
+ * called from any thread. */
+DDS_DomainParticipant *
+DDS_DomainParticipantFactory_lookup_participant_by_name(DDS_DomainParticipantFactory *self,
+                                                        const char *name);
+
+/* The factory of the workers that threads of the middleware have, made when first asked for. There is one, and `index`
+ * is 0. It belongs to the participant factory and ends with it. NULL, after a log line, for a NULL `self`, another
+ * `index`, or when there is no memory. May be called from any thread. */
+struct MAVOWorkerFactory *
+DDS_DomainParticipantFactory_get_worker_factoryI(DDS_DomainParticipantFactory *self,
+                                                 DDS_Long index);
 
 #ifdef __cplusplus
 }

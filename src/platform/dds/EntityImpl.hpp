@@ -14,6 +14,7 @@
 #include "platform/dds/Entity.h"
 #include "platform/dds/Qos.h"
 #include "platform/dds/RegisteredType.hpp"
+#include "platform/mavo/WorkerFactory.h"
 
 namespace eprosima::fastdds::dds
 {
@@ -77,6 +78,17 @@ class ScratchPool; // what a reader's calls hand to the middleware
 class FilterClass;
 
 } // namespace zuv::dds
+
+struct DDS_DomainParticipantFactory {
+    DDS_DomainParticipantFactory() = default;
+    ~DDS_DomainParticipantFactory();
+    DDS_DomainParticipantFactory(const DDS_DomainParticipantFactory &) = delete;
+    DDS_DomainParticipantFactory &operator=(const DDS_DomainParticipantFactory &) = delete;
+
+    std::mutex mutex; // guards what follows
+    std::vector<DDS_DomainParticipant *> participants;
+    MAVOWorkerFactory *workerFactory = nullptr; // made when first asked for
+};
 
 struct DDS_DomainParticipant final : DDS_Entity {
     ~DDS_DomainParticipant() override;

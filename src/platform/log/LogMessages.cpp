@@ -39,6 +39,7 @@ const ZUVLogMessage ZUV_LOG_FAILED_TO_PARSE_TEMPLATE = {kTemplate + 7, "!parse: 
 const ZUVLogMessage ZUV_LOG_BAD_PARAMETER_FAILURE_TEMPLATE = {kTemplate + 8,
                                                               "!accept parameter %s\n"};
 const ZUVLogMessage ZUV_LOG_CONFIG_FAILURE_TEMPLATE = {kTemplate + 9, "!configure: %s\n"};
+const ZUVLogMessage ZUV_LOG_FAILED_TO_LOCK_TEMPLATE = {kTemplate + 10, "!lock %s\n"};
 
 const ZUVLogMessage ZUV_OSAPI_MEMORY_LOG_OUT_OF_HEAP_ARRAY_dd = {
     kOsapi + 0, "!allocate array of %d elements of %d bytes: out of memory\n"};

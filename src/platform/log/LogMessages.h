@@ -45,6 +45,7 @@ extern const ZUVLogMessage ZUV_LOG_FAILED_TO_INITIALIZE_TEMPLATE;
 extern const ZUVLogMessage ZUV_LOG_FAILED_TO_PARSE_TEMPLATE;
 extern const ZUVLogMessage ZUV_LOG_BAD_PARAMETER_FAILURE_TEMPLATE;
 extern const ZUVLogMessage ZUV_LOG_CONFIG_FAILURE_TEMPLATE;
+extern const ZUVLogMessage ZUV_LOG_FAILED_TO_LOCK_TEMPLATE;
 
 /* Memory and files. */
 extern const ZUVLogMessage ZUV_OSAPI_MEMORY_LOG_OUT_OF_HEAP_ARRAY_dd; /* elements; bytes of each */

@@ -88,24 +88,22 @@ ZUVOsapiSemaphoreStatus ZUVOsapiSemaphore_take(ZUVOsapiSemaphore *self, const ZU
 
 ZUVOsapiSemaphoreStatus ZUVOsapiSemaphore_give(ZUVOsapiSemaphore *self)
 {
-    if (ZUV_OSAPI_FAULT("semaphore.give")) {
-        return ZUV_OSAPI_SEMAPHORE_STATUS_ERROR;
-    }
-    // Signalled under the lock: the taker that it wakes may delete the semaphore as soon as it has the lock.
-    const std::lock_guard lock(self->guard);
-    if (self->kind == ZUV_OSAPI_SEMAPHORE_KIND_MUTEX) {
-        if (!self->isOwnedByCaller()) {
+    {
+        // Signalled under the lock: the taker that it wakes may delete the semaphore as soon as it has the lock.
+        const std::lock_guard lock(self->guard);
+        if (self->kind == ZUV_OSAPI_SEMAPHORE_KIND_MUTEX && !self->isOwnedByCaller()) {
             return ZUV_OSAPI_SEMAPHORE_STATUS_ERROR;
         }
         if (self->repeatedTakes > 0) {
             --self->repeatedTakes;
-            return ZUV_OSAPI_SEMAPHORE_STATUS_OK;
+        } else {
+            self->owner = {};
+            self->isAvailable = true;
+            self->given.notify_one();
         }
-        self->owner = {};
     }
-    self->isAvailable = true;
-    self->given.notify_one();
-    return ZUV_OSAPI_SEMAPHORE_STATUS_OK;
+    return ZUV_OSAPI_FAULT("semaphore.give") ? ZUV_OSAPI_SEMAPHORE_STATUS_ERROR
+                                             : ZUV_OSAPI_SEMAPHORE_STATUS_OK;
 }
 
 void ZUVOsapiSemaphore_delete(ZUVOsapiSemaphore *self)

@@ -1,5 +1,6 @@
-/* Semaphores of two kinds, for any threads of the process. Fault points: "semaphore.new", "semaphore.take"
- * and "semaphore.give". */
+/* Semaphores of two kinds, for any threads of the process. Fault points: "semaphore.new"; "semaphore.take",
+ * which takes nothing; and "semaphore.give", which gives and returns an error nevertheless, so that nobody
+ * waits for ever. */
 #ifndef ZUV_PLATFORM_OSAPI_SEMAPHORE_H
 #define ZUV_PLATFORM_OSAPI_SEMAPHORE_H
 
@@ -21,7 +22,7 @@ typedef enum ZUVOsapiSemaphoreKind {
 typedef enum ZUVOsapiSemaphoreStatus {
     ZUV_OSAPI_SEMAPHORE_STATUS_OK = 0,
     ZUV_OSAPI_SEMAPHORE_STATUS_TIMEOUT = 1,
-    ZUV_OSAPI_SEMAPHORE_STATUS_ERROR = 2 /* the semaphore is as it was */
+    ZUV_OSAPI_SEMAPHORE_STATUS_ERROR = 2
 } ZUVOsapiSemaphoreStatus;
 
 /* No such settings exist; the place of the argument stands for the defaults. */
@@ -37,8 +38,8 @@ ZUVOsapiSemaphore *ZUVOsapiSemaphore_new(ZUVOsapiSemaphoreKind kind,
  * be NULL. */
 ZUVOsapiSemaphoreStatus ZUVOsapiSemaphore_take(ZUVOsapiSemaphore *self, const ZUVNtpTime *timeout);
 
-/* Give the semaphore. ZUV_OSAPI_SEMAPHORE_STATUS_ERROR for a mutex that the calling thread does not own. `self`
- * must not be NULL. */
+/* Give the semaphore. ZUV_OSAPI_SEMAPHORE_STATUS_ERROR for a mutex that the calling thread does not own, which is
+ * then as it was. `self` must not be NULL. */
 ZUVOsapiSemaphoreStatus ZUVOsapiSemaphore_give(ZUVOsapiSemaphore *self);
 
 /* Release; NULL does nothing. No thread may be using the semaphore, one that is about to return from its

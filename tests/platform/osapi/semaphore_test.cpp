@@ -177,9 +177,7 @@ TEST(SemaphoreFailure, eachStepCanBeMadeToFail)
     {
         const Semaphore semaphore = newBinary();
         ZUVOsapiFault_arm("semaphore.give", 1, 0);
-        EXPECT_EQ(ZUVOsapiSemaphore_give(semaphore.get()), kError);
-        EXPECT_EQ(tryToTake(semaphore), kTimeout);
-        ZUVOsapiSemaphore_give(semaphore.get());
+        EXPECT_EQ(ZUVOsapiSemaphore_give(semaphore.get()), kError); // and is given nevertheless
         ZUVOsapiFault_arm("semaphore.take", 1, 0);
         EXPECT_EQ(tryToTake(semaphore), kError);
         EXPECT_EQ(tryToTake(semaphore), kOk);
