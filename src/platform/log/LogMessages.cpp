@@ -74,6 +74,10 @@ const ZUVLogMessage ZUVXMLUTILS_LOG_REGISTER_DEFINITION_FAILURE_s = {
     kXmlUtils + 11, "!register schema file '%s'\n"};
 const ZUVLogMessage ZUVXMLUTILS_LOG_VALIDATOR_VALIDATE_ENTITY_FAILURE_s = {
     kXmlUtils + 12, "!validate element <%s>\n"};
+const ZUVLogMessage ZUVXMLUTILS_LOG_DOCUMENT_FAILURE_sdss = {
+    kXmlUtils + 13, "!accept %s, line %d: element <%s>: %s\n"};
+const ZUVLogMessage ZUVXMLUTILS_LOG_DOCUMENT_FAILURE_sds = {kXmlUtils + 14,
+                                                            "!accept %s, line %d: %s\n"};
 
 const ZUVLogMessage ZUVXML_LOG_PARSER_PARSE_FAILURE_ds = {kXml + 0,
                                                           "!parse line %d: element <%s>\n"};

@@ -68,6 +68,9 @@ extern const ZUVLogMessage ZUVXMLUTILS_LOG_PARSER_LOAD_FILE_s;                  
 extern const ZUVLogMessage ZUVXMLUTILS_LOG_PARSER_LOAD_URL_GROUP_s;       /* group; no failure */
 extern const ZUVLogMessage ZUVXMLUTILS_LOG_REGISTER_DEFINITION_FAILURE_s; /* file name */
 extern const ZUVLogMessage ZUVXMLUTILS_LOG_VALIDATOR_VALIDATE_ENTITY_FAILURE_s; /* tag */
+/* Why a document, schema or stylesheet is refused: its file, or what it is; line; tag; reason. */
+extern const ZUVLogMessage ZUVXMLUTILS_LOG_DOCUMENT_FAILURE_sdss;
+extern const ZUVLogMessage ZUVXMLUTILS_LOG_DOCUMENT_FAILURE_sds; /* the same without an element */
 
 /* The XML parser of the middleware. */
 extern const ZUVLogMessage ZUVXML_LOG_PARSER_PARSE_FAILURE_ds;     /* tag */

@@ -1,0 +1,277 @@
+#include "platform/xmlutils/Object.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstring>
+
+#include <libxml/tree.h>
+
+#include "platform/log/LogMessages.h"
+#include "platform/osapi/Fault.h"
+#include "platform/xmlutils/LibraryScope.hpp"
+#include "platform/xmlutils/Tree.hpp"
+
+using namespace zuv::xmlutils;
+
+namespace
+{
+
+constexpr std::string_view kSeparator = "::";
+constexpr const char *kCommentTag = "#comment";
+
+// Elements and comments.
+xmlNode *visibleFrom(xmlNode *node)
+{
+    while (node != nullptr && node->type != XML_ELEMENT_NODE && node->type != XML_COMMENT_NODE) {
+        node = node->next;
+    }
+    return node;
+}
+
+xmlNode *findChild(xmlNode *parent, std::string_view name)
+{
+    if (name.empty()) {
+        return nullptr;
+    }
+    if (const ChildIndex *const index = indexOf(parent)) {
+        return index->findByName(name);
+    }
+    xmlNode *child = firstChildOf(parent);
+    while (child != nullptr && nameOf(child) != name) {
+        child = nextOf(child);
+    }
+    return child;
+}
+
+// A name may hold the separator, so that each part of the path may end at any of them. No element is met twice,
+// since its path has one length.
+xmlNode *findPath(xmlNode *from, std::string_view path)
+{
+    if (path.empty()) {
+        return from;
+    }
+    std::size_t end = 0;
+    while (end != path.npos) {
+        end = path.find(kSeparator, end == 0 ? 0 : end + kSeparator.size());
+        xmlNode *const child = findChild(from, path.substr(0, end));
+        const bool isWhole = end == path.npos;
+        if (child != nullptr) {
+            xmlNode *const found =
+                isWhole ? child : findPath(child, path.substr(end + kSeparator.size()));
+            if (found != nullptr) {
+                return found;
+            }
+        }
+    }
+    return nullptr;
+}
+
+std::size_t fullNameLength(const xmlNode *node)
+{
+    std::size_t length = 0;
+    for (; parentOf(node) != nullptr; node = parentOf(node)) {
+        const std::string_view name = nameOf(node);
+        length += name.empty() ? 0 : kSeparator.size() + name.size();
+    }
+    return std::max(length, kSeparator.size());
+}
+
+FullName *newFullName(const xmlNode *node)
+{
+    const std::size_t length = fullNameLength(node);
+    auto *const fullName = static_cast<FullName *>(
+        ZUVOsapiHeap_allocate(offsetof(FullName, text) + length + 1, "xml"));
+    if (fullName == nullptr) {
+        return nullptr;
+    }
+    kSeparator.copy(fullName->text, kSeparator.size());
+    char *end = fullName->text + length;
+    *end = '\0';
+    for (; parentOf(node) != nullptr; node = parentOf(node)) {
+        if (const std::string_view name = nameOf(node); !name.empty()) {
+            end -= name.size();
+            name.copy(end, name.size());
+            end -= kSeparator.size();
+            kSeparator.copy(end, kSeparator.size());
+        }
+    }
+    return fullName;
+}
+
+} // namespace
+
+extern "C" {
+
+ZUVXMLUTILSObject *ZUVXMLUTILSObject_getRoot(const ZUVXMLUTILSObject *self)
+{
+    if (ZUV_XML_IS_NULL(OBJECT, self)) {
+        return nullptr;
+    }
+    return toObject(xmlDocGetRootElement(toNode(self)->doc));
+}
+
+ZUVXMLUTILSObject *ZUVXMLUTILSObject_getParent(const ZUVXMLUTILSObject *self)
+{
+    return ZUV_XML_IS_NULL(OBJECT, self) ? nullptr : toObject(parentOf(toNode(self)));
+}
+
+ZUVXMLUTILSObject *ZUVXMLUTILSObject_getFirstChild(const ZUVXMLUTILSObject *self)
+{
+    return ZUV_XML_IS_NULL(OBJECT, self) ? nullptr : toObject(firstChildOf(toNode(self)));
+}
+
+ZUVXMLUTILSObject *ZUVXMLUTILSObject_getNextSibling(const ZUVXMLUTILSObject *self)
+{
+    return ZUV_XML_IS_NULL(OBJECT, self) ? nullptr : toObject(nextOf(toNode(self)));
+}
+
+ZUVXMLUTILSObject *ZUVXMLUTILSObject_getPreviousSibling(const ZUVXMLUTILSObject *self)
+{
+    return ZUV_XML_IS_NULL(OBJECT, self) ? nullptr : toObject(previousOf(toNode(self)));
+}
+
+ZUVXMLUTILSObject *ZUVXMLUTILSObject_getFirstChildWithTag(const ZUVXMLUTILSObject *self,
+                                                          const char *tag)
+{
+    if (ZUV_XML_IS_NULL(OBJECT, self) || ZUV_XML_IS_NULL(OBJECT, tag)) {
+        return nullptr;
+    }
+    return toObject(firstOfTag(toNode(self), tag));
+}
+
+ZUVXMLUTILSObject *ZUVXMLUTILSObject_getNextSiblingWithTag(const ZUVXMLUTILSObject *self,
+                                                           const char *tag)
+{
+    if (ZUV_XML_IS_NULL(OBJECT, self) || ZUV_XML_IS_NULL(OBJECT, tag)) {
+        return nullptr;
+    }
+    if (tagOf(toNode(self)) == tag) {
+        return toObject(nextWithTag(toNode(self)));
+    }
+    xmlNode *sibling = nextOf(toNode(self));
+    while (sibling != nullptr && tagOf(sibling) != tag) {
+        sibling = nextOf(sibling);
+    }
+    return toObject(sibling);
+}
+
+ZUVXMLUTILSObject *ZUVXMLUTILSObject_getFirstNode(const ZUVXMLUTILSObject *self)
+{
+    return ZUV_XML_IS_NULL(OBJECT, self) ? nullptr : toObject(visibleFrom(toNode(self)->children));
+}
+
+ZUVXMLUTILSObject *ZUVXMLUTILSObject_getNextNode(const ZUVXMLUTILSObject *self)
+{
+    return ZUV_XML_IS_NULL(OBJECT, self) ? nullptr : toObject(visibleFrom(toNode(self)->next));
+}
+
+int ZUVXMLUTILSObject_countPreviousSiblingsWithTag(const ZUVXMLUTILSObject *self)
+{
+    if (ZUV_XML_IS_NULL(OBJECT, self)) {
+        return 0;
+    }
+    const xmlNode *const node = toNode(self);
+    xmlNode *const parent = parentOf(node);
+    if (ChildIndex *const index = parent != nullptr ? indexOf(parent) : nullptr) {
+        return static_cast<int>(std::min<std::int64_t>(index->rankOf(node), INT_MAX));
+    }
+    int count = 0;
+    for (const xmlNode *at = previousOf(node); at != nullptr; at = previousOf(at)) {
+        count += tagOf(at) == tagOf(node);
+    }
+    return count;
+}
+
+const char *ZUVXMLUTILSObject_getTagName(const ZUVXMLUTILSObject *self)
+{
+    if (ZUV_XML_IS_NULL(OBJECT, self)) {
+        return "";
+    }
+    return isElement(toNode(self)) ? tagOf(toNode(self)).data() : kCommentTag;
+}
+
+int ZUVXMLUTILSObject_setTagName(ZUVXMLUTILSObject *self, const char *tag)
+{
+    if (ZUV_XML_IS_NULL(OBJECT, self) || ZUV_XML_IS_NULL(OBJECT, tag)) {
+        return 0;
+    }
+    if (ZUV_OSAPI_FAULT("xmlutils.tag") || !renameTag(toNode(self), tag)) {
+        ZUV_XML_REPORT(ZUVXMLUTILS_SUBMODULE_OBJECT, &ZUV_LOG_ASSERT_FAILURE_s, "tag of element");
+        return 0;
+    }
+    return 1;
+}
+
+const char *ZUVXMLUTILSObject_getName(const ZUVXMLUTILSObject *self)
+{
+    if (ZUV_XML_IS_NULL(OBJECT, self) || !isElement(toNode(self))) {
+        return "";
+    }
+    return nameOf(toNode(self)).data();
+}
+
+int ZUVXMLUTILSObject_setName(ZUVXMLUTILSObject *self, const char *name)
+{
+    return ZUVXMLUTILSObject_setAttribute(self, "name", name);
+}
+
+const char *ZUVXMLUTILSObject_getFullyQualifiedName(const ZUVXMLUTILSObject *self)
+{
+    if (ZUV_XML_IS_NULL(OBJECT, self)) {
+        return nullptr;
+    }
+    NodeRecord *const record =
+        ZUV_OSAPI_FAULT("xmlutils.full_name") ? nullptr : needRecord(toNode(self));
+    if (record != nullptr && record->fullName == nullptr) {
+        record->fullName = newFullName(toNode(self));
+    }
+    if (record == nullptr || record->fullName == nullptr) {
+        ZUV_XML_REPORT(ZUVXMLUTILS_SUBMODULE_OBJECT, &ZUV_LOG_GET_FAILURE_s,
+                       "fully qualified name of element");
+        return nullptr;
+    }
+    return record->fullName->text;
+}
+
+ZUVXMLUTILSObject *ZUVXMLUTILSObject_lookUp(const ZUVXMLUTILSObject *self, const char *fullName)
+{
+    if (ZUV_XML_IS_NULL(OBJECT, self) || ZUV_XML_IS_NULL(OBJECT, fullName)) {
+        return nullptr;
+    }
+    std::string_view path = fullName;
+    xmlNode *from = toNode(self);
+    if (path.starts_with(kSeparator)) {
+        path.remove_prefix(kSeparator.size());
+        from = xmlDocGetRootElement(from->doc);
+    }
+    return toObject(findPath(from, path));
+}
+
+ZUVXMLUTILSObject *ZUVXMLUTILSObject_lookUpChild(const ZUVXMLUTILSObject *self, const char *name)
+{
+    if (ZUV_XML_IS_NULL(OBJECT, self) || ZUV_XML_IS_NULL(OBJECT, name)) {
+        return nullptr;
+    }
+    return toObject(findChild(toNode(self), name));
+}
+
+ZUVXMLUTILSObject *ZUVXMLUTILSObject_lookUpPreviousSibling(const ZUVXMLUTILSObject *self,
+                                                           const char *name)
+{
+    if (ZUV_XML_IS_NULL(OBJECT, self) || ZUV_XML_IS_NULL(OBJECT, name) || *name == '\0') {
+        return nullptr;
+    }
+    xmlNode *const parent = parentOf(toNode(self));
+    if (parent == nullptr) {
+        return nullptr;
+    }
+    if (const ChildIndex *const index = indexOf(parent)) {
+        return toObject(index->findBefore(toNode(self), name));
+    }
+    xmlNode *sibling = firstChildOf(parent);
+    while (sibling != toNode(self) && nameOf(sibling) != name) {
+        sibling = nextOf(sibling);
+    }
+    return sibling != toNode(self) ? toObject(sibling) : nullptr;
+}
+}

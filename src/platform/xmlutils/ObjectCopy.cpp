@@ -1,0 +1,107 @@
+#include <algorithm>
+
+#include <libxml/tree.h>
+
+#include "platform/log/LogMessages.h"
+#include "platform/osapi/Fault.h"
+#include "platform/xmlutils/LibraryScope.hpp"
+#include "platform/xmlutils/Object.h"
+#include "platform/xmlutils/Parser.h"
+#include "platform/xmlutils/Tree.hpp"
+
+using namespace zuv::xmlutils;
+
+namespace
+{
+
+int depthOf(const xmlNode *node)
+{
+    int depth = 0;
+    for (; node != nullptr; node = parentOf(node)) {
+        ++depth;
+    }
+    return depth;
+}
+
+int heightOf(const xmlNode *top)
+{
+    int height = 0;
+    for (const xmlNode *node = top; node != nullptr; node = nextInSubtree(node, top)) {
+        height = std::max(height, depthOf(node));
+    }
+    return height - depthOf(top) + 1;
+}
+
+char *dump(const xmlNode *node)
+{
+    LibraryScope scope;
+    xmlBuffer *const buffer = xmlBufferCreate();
+    char *text = nullptr;
+    if (buffer != nullptr) {
+        xmlNodeDump(buffer, node->doc, const_cast<xmlNode *>(node), 0, 0);
+        if (scope.isClean()) {
+            text = reinterpret_cast<char *>(xmlBufferDetach(buffer));
+        }
+        xmlBufferFree(buffer);
+    }
+    return text;
+}
+
+} // namespace
+
+extern "C" {
+
+ZUVXMLUTILSObject *ZUVXMLUTILSObject_copyAsChild(ZUVXMLUTILSObject *self,
+                                                 const ZUVXMLUTILSObject *element)
+{
+    if (ZUV_XML_IS_NULL(OBJECT, self) || ZUV_XML_IS_NULL(OBJECT, element)) {
+        return nullptr;
+    }
+    xmlNode *const parent = toNode(self);
+    const xmlNode *const original = toNode(element);
+    Problem problem;
+    NodePointer copy;
+    if (depthOf(parent) + heightOf(original) > 2 * ZUVXMLUTILS_DEPTH_MAX) {
+        problem.set(original, "elements are nested too deeply");
+    } else {
+        copy.reset(ZUV_OSAPI_FAULT("xmlutils.copy") ? nullptr : copySubtree(original, parent->doc));
+        NodeRecord *const record = copy != nullptr ? needRecord(copy.get()) : nullptr;
+        if (record == nullptr || !setFilePath(record, parent->doc, filePathOf(original))) {
+            problem.set(original, Problem::kOutOfMemory);
+        }
+    }
+    if (problem.isSet()) {
+        ZUV_XML_REPORT_PROBLEM(ZUVXMLUTILS_SUBMODULE_OBJECT, sourceOf(original), problem);
+        return nullptr;
+    }
+    // In front of its kind: what looks back from the copy meets none of them.
+    attach(parent, copy.get(), firstOfTag(parent, tagOf(original)));
+    return toObject(copy.release());
+}
+
+void ZUVXMLUTILSObject_moveToEnd(ZUVXMLUTILSObject *self)
+{
+    if (ZUV_XML_IS_NULL(OBJECT, self)) {
+        return;
+    }
+    xmlNode *const node = toNode(self);
+    if (xmlNode *const parent = parentOf(node); parent != nullptr && nextOf(node) != nullptr) {
+        detach(node);
+        attach(parent, node, nullptr);
+    }
+}
+
+char *ZUVXMLUTILSObject_toString(const ZUVXMLUTILSObject *self)
+{
+    if (ZUV_XML_IS_NULL(OBJECT, self)) {
+        return nullptr;
+    }
+    char *const text = ZUV_OSAPI_FAULT("xmlutils.to_string") ? nullptr : dump(toNode(self));
+    if (text == nullptr) {
+        ZUV_LOG_TEMPLATE(ZUVXMLUTILS, ZUV_LOG_BIT_EXCEPTION, ZUVXMLUTILS_SUBMODULE_OBJECT,
+                         &ZUV_LOG_FAILURE_TEMPLATE, "write element <%s>: out of memory",
+                         tagOf(toNode(self)).data());
+    }
+    return text;
+}
+}

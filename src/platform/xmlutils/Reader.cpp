@@ -1,0 +1,277 @@
+#include "platform/xmlutils/Reader.hpp"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include <libxml/SAX2.h>
+#include <libxml/parser.h>
+#include <libxml/tree.h>
+
+#include "platform/osapi/Fault.h"
+#include "platform/osapi/File.h"
+#include "platform/xmlutils/Parser.h"
+#include "platform/xmlutils/Scan.hpp"
+
+namespace zuv::xmlutils
+{
+namespace
+{
+
+// libxml2 builds the tree; these handlers stand before its own ones, refuse what is beyond the limits, and
+// record line numbers. A handler finds the reading in the parser's _private slot.
+struct Reading {
+    Problem *problem;
+    std::string_view bytes;
+    DocumentKind kind;
+    std::size_t textLength = 0;
+};
+
+xmlParserCtxt *parserOf(void *context)
+{
+    return static_cast<xmlParserCtxt *>(context);
+}
+
+Reading &readingOf(xmlParserCtxt *parser)
+{
+    return *static_cast<Reading *>(parser->_private);
+}
+
+std::string_view view(const xmlChar *text)
+{
+    return text != nullptr ? reinterpret_cast<const char *>(text) : "";
+}
+
+void refuse(xmlParserCtxt *parser, std::string_view element, std::string_view reason)
+{
+    readingOf(parser).problem->set(parser->input->line, element, reason);
+    stopReading(parser, readingOf(parser).bytes);
+}
+
+// As libxml2 hands attributes over: five pointers each.
+struct RawAttribute {
+    const xmlChar *name;
+    const xmlChar *prefix;
+    const xmlChar *uri;
+    const xmlChar *value;
+    const xmlChar *valueEnd;
+
+    std::string_view text() const
+    {
+        return {reinterpret_cast<const char *>(value), static_cast<std::size_t>(valueEnd - value)};
+    }
+};
+static_assert(sizeof(RawAttribute) == 5 * sizeof(const xmlChar *));
+
+const char *whatIsWrong(std::string_view tag, std::string_view uri, const RawAttribute *attributes,
+                        int count)
+{
+    if (isNameTooLong(tag)) {
+        return "the element's tag has more than 255 characters";
+    }
+    if (uri == "http://www.w3.org/2001/XInclude") {
+        return "XInclude is not allowed";
+    }
+    for (const RawAttribute *at = attributes; at != attributes + count; ++at) {
+        if (isNameTooLong(view(at->name))) {
+            return "the name of an attribute has more than 255 characters";
+        }
+        if (view(at->name) == "name" && isNameTooLong(at->text())) {
+            return "the element's name has more than 255 characters";
+        }
+        if (view(at->name) == "schemaLocation" &&
+            view(at->uri) == "http://www.w3.org/2001/XMLSchema-instance") {
+            return "the attribute schemaLocation is not allowed";
+        }
+    }
+    return nullptr;
+}
+void startElement(void *context, const xmlChar *name, const xmlChar *prefix, const xmlChar *uri,
+                  int namespaceCount, const xmlChar **namespaces, int attributeCount,
+                  int defaultedCount, const xmlChar **attributes)
+{
+    xmlParserCtxt *const parser = parserOf(context);
+    Reading &reading = readingOf(parser);
+    reading.textLength = 0;
+    const long line = parser->input->line;
+    const char *const wrong =
+        parser->nodeNr >= ZUVXMLUTILS_DEPTH_MAX
+            ? "elements are nested more than 100 deep"
+            : whatIsWrong(view(name), view(uri), reinterpret_cast<const RawAttribute *>(attributes),
+                          attributeCount);
+    static_assert(ZUVXMLUTILS_DEPTH_MAX == 100);
+    if (wrong != nullptr) {
+        refuse(parser, view(name).substr(0, 64), wrong);
+        return;
+    }
+    xmlSAX2StartElementNs(context, name, prefix, uri, namespaceCount, namespaces, attributeCount,
+                          defaultedCount, attributes);
+    if (reading.kind == DocumentKind::kTree && parser->node != nullptr &&
+        parser->node->_private == nullptr) {
+        setLine(parser->node, line);
+    }
+}
+
+void endElement(void *context, const xmlChar *name, const xmlChar *prefix, const xmlChar *uri)
+{
+    readingOf(parserOf(context)).textLength = 0;
+    xmlSAX2EndElementNs(context, name, prefix, uri);
+}
+
+void addCharacters(void *context, const xmlChar *text, int length)
+{
+    xmlParserCtxt *const parser = parserOf(context);
+    Reading &reading = readingOf(parser);
+    reading.textLength += static_cast<std::size_t>(length);
+    if (reading.textLength > ZUVXMLUTILS_TEXT_LENGTH_MAX) {
+        refuse(parser, parser->node != nullptr ? view(parser->node->name) : "",
+               "a text is longer than 1048576 bytes");
+        return;
+    }
+    xmlSAX2Characters(context, text, length);
+}
+
+// Text that something parts stays in one piece: what comes between moves before it.
+template <typename Add>
+void addBeforeText(xmlParserCtxt *parser, Add &&add)
+{
+    xmlNode *const parent = parser->node;
+    xmlNode *const text = parent != nullptr && xmlNodeIsText(parent->last) ? parent->last : nullptr;
+    add();
+    if (text != nullptr && text->next != nullptr) {
+        xmlNode *const added = text->next;
+        xmlUnlinkNode(added);
+        xmlAddPrevSibling(text, added);
+    }
+}
+
+void addComment(void *context, const xmlChar *text)
+{
+    addBeforeText(parserOf(context), [&] { xmlSAX2Comment(context, text); });
+}
+
+void addInstruction(void *context, const xmlChar *name, const xmlChar *text)
+{
+    addBeforeText(parserOf(context), [&] { xmlSAX2ProcessingInstruction(context, name, text); });
+}
+
+void installHandlers(xmlParserCtxt *parser, DocumentKind kind)
+{
+    xmlSAXHandler &handler = *parser->sax;
+    handler.startElementNs = &startElement;
+    handler.endElementNs = &endElement;
+    handler.characters = &addCharacters;
+    handler.ignorableWhitespace = &addCharacters;
+    if (kind == DocumentKind::kTree) {
+        handler.comment = &addComment;
+        handler.processingInstruction = &addInstruction;
+    }
+}
+
+struct ParserDeleter {
+    void operator()(xmlParserCtxt *parser) const { xmlFreeParserCtxt(parser); }
+};
+using ParserPointer = std::unique_ptr<xmlParserCtxt, ParserDeleter>;
+
+DocumentPointer parse(std::string_view bytes, const char *path, DocumentKind kind, Problem &problem)
+{
+    LibraryScope scope;
+    const ParserPointer parser(xmlNewParserCtxt());
+    DocumentPointer document;
+    if (parser != nullptr && !scope.isOutOfMemory()) {
+        Reading reading = {&scope.problem, bytes, kind};
+        parser->_private = &reading;
+        scope.parser = parser.get();
+        scope.bytes = bytes;
+        installHandlers(parser.get(), kind);
+        // XML_PARSE_NOENT: references to characters in attributes are resolved at once. There are no other
+        // entities, as no document with a DOCTYPE comes as far as here.
+        const int options = XML_PARSE_NONET | XML_PARSE_NOCDATA | XML_PARSE_NOENT |
+                            (kind == DocumentKind::kTree ? XML_PARSE_NOBLANKS : 0);
+        document.reset(xmlCtxtReadMemory(parser.get(), bytes.data(), static_cast<int>(bytes.size()),
+                                         path, nullptr, options));
+        scope.parser = nullptr;
+    }
+    if (scope.isClean() && document == nullptr) {
+        scope.problem.set(1, "", "the document cannot be read");
+    }
+    if (!scope.isClean()) {
+        document.reset();
+        problem = scope.problem;
+    }
+    return document;
+}
+
+struct FileCloser {
+    void operator()(ZUVOsapiFile *file) const { ZUVOsapiFile_close(file); }
+};
+
+// errno tells why it failed, unless the file is too large: then its size is in `size`.
+bool readWhole(const char *path, HeapString &bytes, std::uint64_t &size)
+{
+    const std::unique_ptr<ZUVOsapiFile, FileCloser> file(ZUVOsapiFile_open(path));
+    if (file == nullptr || !ZUVOsapiFile_getSize(file.get(), &size) ||
+        size > ZUVXMLUTILS_DOCUMENT_SIZE_MAX) {
+        return false;
+    }
+    bytes.resize(size);
+    std::size_t count = 0;
+    const int isRead = ZUVOsapiFile_read(file.get(), bytes.data(), size, &count);
+    bytes.resize(count);
+    return isRead;
+}
+
+} // namespace
+
+DocumentPointer readDocument(std::string_view bytes, const char *path, DocumentKind kind,
+                             Problem &problem)
+{
+    if (ZUV_OSAPI_FAULT("xmlutils.parse")) {
+        problem.set(0, "", Problem::kOutOfMemory);
+        return nullptr;
+    }
+    if (!isWithinLimits(bytes, problem)) {
+        return nullptr;
+    }
+    DocumentPointer document = parse(bytes, path, kind, problem);
+    if (document != nullptr && kind == DocumentKind::kTree && !adoptDocument(document.get())) {
+        problem.set(0, "", Problem::kOutOfMemory);
+        document.reset();
+    }
+    return document;
+}
+
+DocumentPointer readFile(const char *path, DocumentKind kind, Problem &problem)
+{
+    const auto onFailure = [&] { problem.set(0, "", Problem::kOutOfMemory); };
+    return withMemory(DocumentPointer(), onFailure, [&] {
+        HeapString bytes;
+        std::uint64_t size = 0;
+        errno = 0;
+        if (!readWhole(path, bytes, size)) {
+            const bool isTooLarge = size > ZUVXMLUTILS_DOCUMENT_SIZE_MAX;
+            problem.set(0, "",
+                        isTooLarge   ? "the document is larger than 268435456 bytes"
+                        : errno != 0 ? std::strerror(errno)
+                                     : "it is no file that can be read");
+            return DocumentPointer();
+        }
+        return readDocument(bytes, path, kind, problem);
+    });
+}
+
+HeapString joined(const char *const *pieces, int count)
+{
+    std::size_t size = 0;
+    for (int index = 0; index < count; ++index) {
+        size += std::strlen(pieces[index]);
+    }
+    HeapString text;
+    text.reserve(size);
+    for (int index = 0; index < count; ++index) {
+        text += pieces[index];
+    }
+    return text;
+}
+
+} // namespace zuv::xmlutils

@@ -1,0 +1,418 @@
+#include "platform/xmlutils/Tree.hpp"
+
+#include <algorithm>
+
+#include <libxml/parser.h>
+#include <libxml/tree.h>
+
+#include "platform/xmlutils/LibraryScope.hpp"
+
+namespace zuv::xmlutils
+{
+namespace
+{
+
+// In the _private slot of an attribute that the program has set.
+char g_programMark;
+
+std::string_view view(const xmlChar *text)
+{
+    return text != nullptr ? reinterpret_cast<const char *>(text) : "";
+}
+
+const xmlChar *toXml(const char *text)
+{
+    return reinterpret_cast<const xmlChar *>(text);
+}
+
+xmlNode *elementFrom(xmlNode *node, xmlNode *xmlNode::*direction)
+{
+    while (node != nullptr && node->type != XML_ELEMENT_NODE) {
+        node = node->*direction;
+    }
+    return node;
+}
+
+ChildIndex *existingIndexOf(const xmlNode *parent)
+{
+    const NodeRecord *const record =
+        parent != nullptr && parent->type == XML_ELEMENT_NODE ? recordOf(parent) : nullptr;
+    return record != nullptr ? record->children.get() : nullptr;
+}
+
+// An index that could not take up a change is dropped, and made anew when it is needed.
+template <typename Change>
+void changeIndexOf(const xmlNode *child, Change &&change)
+{
+    ChildIndex *const index = existingIndexOf(child->parent);
+    if (index == nullptr) {
+        return;
+    }
+    try {
+        change(*index);
+    } catch (const std::bad_alloc &) {
+        recordOf(child->parent)->children.reset();
+    }
+}
+
+// A full name that is cached beneath a renamed element is out of date. Records may have borrowed it.
+void retireFullNames(xmlNode *top)
+{
+    for (xmlNode *node = top; node != nullptr; node = nextInSubtree(node, top)) {
+        NodeRecord *const record = recordOf(node);
+        if (record != nullptr && record->fullName != nullptr) {
+            documentOf(node)->retire(record->fullName);
+            record->fullName = nullptr;
+        }
+    }
+}
+
+template <typename Change>
+void changeName(xmlNode *node, Change &&change)
+{
+    changeIndexOf(node, [&](ChildIndex &index) { index.removeName(node); });
+    change();
+    changeIndexOf(node, [&](ChildIndex &index) { index.addName(node); });
+    retireFullNames(node);
+}
+
+bool isName(std::string_view attribute)
+{
+    return attribute == "name";
+}
+
+xmlAttr *addAttribute(xmlNode *node, const char *name)
+{
+    const LibraryScope scope;
+    xmlAttr *const attribute = xmlNewProp(node, toXml(name), nullptr);
+    if (attribute != nullptr && scope.isOutOfMemory()) {
+        xmlRemoveProp(attribute);
+        return nullptr;
+    }
+    return attribute;
+}
+
+NodePointer newText(xmlDoc *document, const char *text)
+{
+    const LibraryScope scope;
+    NodePointer node(xmlNewDocText(document, toXml(text)));
+    return scope.isOutOfMemory() ? nullptr : std::move(node);
+}
+
+void linkLast(xmlNode *parent, xmlNode *node)
+{
+    node->parent = parent;
+    node->next = nullptr;
+    node->prev = parent->last;
+    (parent->last != nullptr ? parent->last->next : parent->children) = node;
+    parent->last = node;
+}
+
+void linkBefore(xmlNode *before, xmlNode *node)
+{
+    node->parent = before->parent;
+    node->next = before;
+    node->prev = before->prev;
+    (before->prev != nullptr ? before->prev->next : before->parent->children) = node;
+    before->prev = node;
+}
+
+void release(xmlNode *node)
+{
+    NodeRecord *const record = recordOf(node);
+    if (record != nullptr) {
+        documentOf(node)->giveRecord(record);
+    }
+    node->_private = nullptr;
+}
+
+} // namespace
+
+std::string_view tagOf(const xmlNode *node)
+{
+    return view(node->name);
+}
+
+std::string_view nameOf(const xmlNode *node)
+{
+    const xmlAttr *const attribute = findAttribute(node, "name");
+    return attribute != nullptr ? valueOf(attribute) : "";
+}
+
+bool isNameTooLong(std::string_view name)
+{
+    static_assert(ZUVXMLUTILS_NAME_LENGTH_MAX == 255, "messages tell the number");
+    if (name.size() <= ZUVXMLUTILS_NAME_LENGTH_MAX) {
+        return false;
+    }
+    // Characters count, not bytes: in UTF-8 those that begin with other bits than 10.
+    return std::count_if(name.begin(), name.end(), [](char byte) {
+               return (byte & 0xc0) != 0x80;
+           }) > ZUVXMLUTILS_NAME_LENGTH_MAX;
+}
+
+bool isElement(const xmlNode *node)
+{
+    return node != nullptr && node->type == XML_ELEMENT_NODE;
+}
+
+xmlNode *parentOf(const xmlNode *node)
+{
+    return isElement(node->parent) ? node->parent : nullptr;
+}
+
+xmlNode *firstChildOf(const xmlNode *node)
+{
+    return elementFrom(node->children, &xmlNode::next);
+}
+
+xmlNode *lastChildOf(const xmlNode *node)
+{
+    return elementFrom(node->last, &xmlNode::prev);
+}
+
+xmlNode *nextOf(const xmlNode *node)
+{
+    return elementFrom(node->next, &xmlNode::next);
+}
+
+xmlNode *previousOf(const xmlNode *node)
+{
+    return elementFrom(node->prev, &xmlNode::prev);
+}
+
+xmlNode *nextInSubtree(const xmlNode *node, const xmlNode *top)
+{
+    if (xmlNode *const child = firstChildOf(node)) {
+        return child;
+    }
+    while (node != top) {
+        if (xmlNode *const next = nextOf(node)) {
+            return next;
+        }
+        node = node->parent;
+    }
+    return nullptr;
+}
+
+ChildIndex *indexOf(xmlNode *parent)
+{
+    if (ChildIndex *const index = existingIndexOf(parent)) {
+        return index;
+    }
+    int count = 0;
+    for (const xmlNode *child = firstChildOf(parent); child != nullptr; child = nextOf(child)) {
+        if (++count == ChildIndex::kWorthwhile) {
+            break;
+        }
+    }
+    NodeRecord *const record = count == ChildIndex::kWorthwhile ? needRecord(parent) : nullptr;
+    if (record == nullptr) {
+        return nullptr;
+    }
+    try {
+        record->children.reset(heapNew<ChildIndex>(parent));
+    } catch (const std::bad_alloc &) {
+        return nullptr;
+    }
+    return record->children.get();
+}
+
+xmlNode *firstOfTag(const xmlNode *parent, std::string_view tag)
+{
+    if (const ChildIndex *const index = indexOf(const_cast<xmlNode *>(parent))) {
+        return index->firstOfTag(tag);
+    }
+    xmlNode *child = firstChildOf(parent);
+    while (child != nullptr && tagOf(child) != tag) {
+        child = nextOf(child);
+    }
+    return child;
+}
+
+xmlNode *nextWithTag(const xmlNode *node)
+{
+    xmlNode *const parent = parentOf(node);
+    if (const ChildIndex *const index = parent != nullptr ? indexOf(parent) : nullptr) {
+        return index->nextOfTag(node);
+    }
+    xmlNode *sibling = nextOf(node);
+    while (sibling != nullptr && tagOf(sibling) != tagOf(node)) {
+        sibling = nextOf(sibling);
+    }
+    return sibling;
+}
+
+xmlNode *textOf(const xmlNode *node)
+{
+    xmlNode *child = node->children;
+    while (child != nullptr && child->type != XML_TEXT_NODE &&
+           child->type != XML_CDATA_SECTION_NODE) {
+        child = child->type == XML_ELEMENT_NODE ? nullptr : child->next;
+    }
+    return child;
+}
+
+const char *contentOf(const xmlNode *node)
+{
+    const xmlNode *const text = textOf(node);
+    return text != nullptr ? view(text->content).data() : "";
+}
+
+xmlAttr *findAttribute(const xmlNode *node, std::string_view name)
+{
+    for (xmlAttr *attribute = node->properties; attribute != nullptr; attribute = attribute->next) {
+        if (attribute->ns == nullptr && view(attribute->name) == name) {
+            return attribute;
+        }
+    }
+    return nullptr;
+}
+
+const char *valueOf(const xmlAttr *attribute)
+{
+    return attribute->children != nullptr ? view(attribute->children->content).data() : "";
+}
+
+bool isProgramAttribute(const xmlAttr *attribute)
+{
+    return attribute->_private == &g_programMark;
+}
+
+bool changeAttribute(xmlNode *node, const char *name, const char *value, AttributeChange change)
+{
+    NodePointer text = newText(node->doc, value);
+    if (text == nullptr) {
+        return false;
+    }
+    xmlAttr *attribute = findAttribute(node, name);
+    if (attribute == nullptr && (attribute = addAttribute(node, name)) == nullptr) {
+        return false;
+    }
+    NodePointer former;
+    const auto exchange = [&] {
+        former.reset(attribute->children);
+        text->parent = reinterpret_cast<xmlNode *>(attribute);
+        attribute->children = attribute->last = text.release();
+        attribute->_private = change.isFromProgram ? &g_programMark : nullptr;
+    };
+    if (isName(name)) {
+        changeName(node, exchange);
+    } else {
+        exchange();
+    }
+    if (former != nullptr) {
+        former->parent = nullptr;
+        if (change.isRetired) {
+            documentOf(node)->retire(former.release());
+        }
+    }
+    return true;
+}
+
+void removeAttribute(xmlNode *node, xmlAttr *attribute)
+{
+    if (isName(view(attribute->name)) && attribute->ns == nullptr) {
+        changeName(node, [&] { xmlRemoveProp(attribute); });
+    } else {
+        xmlRemoveProp(attribute);
+    }
+}
+
+xmlNode *exchangeText(xmlNode *node, xmlNode *text)
+{
+    xmlNode *const former = textOf(node);
+    if (text != nullptr && former != nullptr) {
+        linkBefore(former, text);
+    } else if (text != nullptr) {
+        linkLast(node, text);
+    }
+    if (former != nullptr) {
+        xmlUnlinkNode(former);
+    }
+    return former;
+}
+
+bool changeText(xmlNode *node, const char *text)
+{
+    NodePointer replacement = newText(node->doc, text);
+    if (replacement == nullptr) {
+        return false;
+    }
+    if (xmlNode *const former = exchangeText(node, replacement.release())) {
+        documentOf(node)->retire(former);
+    }
+    return true;
+}
+
+bool renameTag(xmlNode *node, const char *tag)
+{
+    xmlDict *const dictionary = node->doc->dict;
+    const xmlChar *const name = xmlDictLookup(dictionary, toXml(tag), -1);
+    if (name == nullptr) {
+        return false;
+    }
+    changeIndexOf(node, [&](ChildIndex &index) { index.remove(node); });
+    if (!xmlDictOwns(dictionary, node->name)) {
+        xmlFree(const_cast<xmlChar *>(node->name));
+    }
+    node->name = name;
+    changeIndexOf(node, [&](ChildIndex &index) { index.add(node); });
+    return true;
+}
+
+void attach(xmlNode *parent, xmlNode *node, xmlNode *before)
+{
+    if (before != nullptr) {
+        linkBefore(before, node);
+    } else {
+        linkLast(parent, node);
+    }
+    changeIndexOf(node, [&](ChildIndex &index) { index.add(node); });
+}
+
+void insertFirst(xmlNode *parent, xmlNode *node)
+{
+    if (parent->children != nullptr) {
+        linkBefore(parent->children, node);
+    } else {
+        linkLast(parent, node);
+    }
+}
+
+void detach(xmlNode *node)
+{
+    changeIndexOf(node, [&](ChildIndex &index) { index.remove(node); });
+    xmlUnlinkNode(node);
+}
+
+void destroy(xmlNode *top)
+{
+    if (top == nullptr) {
+        return;
+    }
+    if (isElement(top)) {
+        detach(top);
+        for (xmlNode *node = top; node != nullptr; node = nextInSubtree(node, top)) {
+            release(node);
+        }
+    }
+    xmlFreeNode(top);
+}
+
+xmlNode *copySubtree(const xmlNode *node, xmlDoc *document)
+{
+    const LibraryScope scope;
+    NodePointer copy(xmlDocCopyNode(const_cast<xmlNode *>(node), document, 1));
+    if (copy == nullptr || scope.isOutOfMemory()) {
+        return nullptr;
+    }
+    xmlNode *at = copy.get();
+    for (const xmlNode *from = node; from != nullptr; from = nextInSubtree(from, node)) {
+        setLine(at, lineOf(from));
+        at = nextInSubtree(at, copy.get());
+    }
+    return copy.release();
+}
+
+} // namespace zuv::xmlutils
