@@ -3,6 +3,8 @@
 #include <fastdds/dds/core/Entity.hpp>
 #include <fastdds/dds/core/condition/StatusCondition.hpp>
 #include <fastdds/dds/core/status/StatusMask.hpp>
+#include <fastdds/dds/publisher/DataWriter.hpp>
+#include <fastdds/dds/subscriber/DataReader.hpp>
 
 #include "Conversions.hpp"
 #include "EntityImpl.hpp"
@@ -87,6 +89,13 @@ DDS_InstanceHandle_t DDS_Entity_get_instance_handle(DDS_Entity *self)
 {
     if (ZUV_DDS_IS_NULL(self) || self->fastEntity == nullptr) {
         return DDS_HANDLE_NIL;
+    }
+    // The middleware's base class does not know the handles of writers and readers.
+    if (const auto *writer = dynamic_cast<DDS_DataWriter *>(self)) {
+        return toOurs(writer->fast->get_instance_handle());
+    }
+    if (const auto *reader = dynamic_cast<DDS_DataReader *>(self)) {
+        return toOurs(reader->fast->get_instance_handle());
     }
     return toOurs(self->fastEntity->get_instance_handle());
 }
