@@ -57,21 +57,25 @@ struct Destination {
     DDS_Boolean hasOwnership = DDS_BOOLEAN_TRUE;
 };
 
-inline void report(const ZUVLogMessage &message, const char *text)
-{
-    ZUV_LOG(DDS, ZUV_LOG_BIT_EXCEPTION, DDS_SUBMODULE_API, &message, text);
-}
+// What the reports of an operation name as their function: the operation that the caller called. A default
+// argument of this value is the name of the function that leaves it out.
+#define ZUV_CALLING_FUNCTION __builtin_FUNCTION()
 
-inline void reportFailure(const char *text)
+inline void report(const ZUVLogMessage &message, const char *text,
+                   const char *function = ZUV_CALLING_FUNCTION)
 {
-    report(ZUV_LOG_ANY_FAILURE_s, text);
+    if (ZUV_LOG_ENABLED(DDS, ZUV_LOG_BIT_EXCEPTION, DDS_SUBMODULE_API)) {
+        ZUVLogMessage_printWithParams(ZUV_LOG_BIT_EXCEPTION, DDS_LOG_MODULE_ID, DDS_SUBMODULE_API,
+                                      __FILE__, __LINE__, function, &message, text);
+    }
 }
 
 // Report a code under `text` unless it is the expected one or a success, and return it.
-inline DDS_ReturnCode_t reported(DDS_ReturnCode_t code, DDS_ReturnCode_t expected, const char *text)
+inline DDS_ReturnCode_t reported(DDS_ReturnCode_t code, DDS_ReturnCode_t expected, const char *text,
+                                 const char *function = ZUV_CALLING_FUNCTION)
 {
     if (code != DDS_RETCODE_OK && code != expected) {
-        reportFailure(text);
+        report(ZUV_LOG_ANY_FAILURE_s, text, function);
     }
     return code;
 }
@@ -82,11 +86,12 @@ struct Argument {
 };
 
 // True, after a report of the first one, if one of the arguments is NULL.
-inline bool isAnyMissing(std::initializer_list<Argument> arguments)
+inline bool isAnyMissing(std::initializer_list<Argument> arguments,
+                         const char *function = ZUV_CALLING_FUNCTION)
 {
     for (const Argument &argument : arguments) {
         if (argument.value == nullptr) {
-            report(DDS_LOG_BAD_PARAMETER_s, argument.name);
+            report(DDS_LOG_BAD_PARAMETER_s, argument.name, function);
             return true;
         }
     }
@@ -96,18 +101,19 @@ inline bool isAnyMissing(std::initializer_list<Argument> arguments)
 // Get one sample with `get`(samples, destination, infos, maximum count) and copy it.
 template <typename Type, typename Get>
 DDS_ReturnCode_t getSample(ZUV_Talvane_EntityUntypedImpl *impl, Get get,
-                           typename Type::Sample *sample, DDS_SampleInfo *info)
+                           typename Type::Sample *sample, DDS_SampleInfo *info,
+                           const char *function)
 {
     info->valid_data = DDS_BOOLEAN_FALSE;
     Samples samples;
     DDS_SampleInfoSeq infos = DDS_SEQUENCE_INITIALIZER;
     DDS_ReturnCode_t code = get(samples, Destination(), &infos, 1);
     if (code != DDS_RETCODE_OK) {
-        return reported(code, DDS_RETCODE_NO_DATA, "get sample");
+        return reported(code, DDS_RETCODE_NO_DATA, "get sample", function);
     }
     code = Type::copyData(sample, static_cast<const typename Type::Sample *>(samples.data[0]));
     if (code != DDS_RETCODE_OK) {
-        reportFailure("copy sample");
+        report(ZUV_LOG_ANY_FAILURE_s, "copy sample", function);
     } else if (DDS_SampleInfoSeq_get_length(&infos) > 0) {
         *info = DDS_SampleInfoSeq_get(&infos, 0);
     }
@@ -154,18 +160,21 @@ DDS_ReturnCode_t getSamples(ZUV_Talvane_EntityUntypedImpl *impl, Get get,
 
 // The two steps of a receive operation. `wait` and `take` give return codes.
 template <typename Wait, typename Take>
-DDS_ReturnCode_t receive(Wait wait, const char *waitFailure, Take take, const char *takeFailure)
+DDS_ReturnCode_t receive(Wait wait, const char *waitFailure, Take take, const char *takeFailure,
+                         const char *function = ZUV_CALLING_FUNCTION)
 {
-    const DDS_ReturnCode_t code = reported(wait(), DDS_RETCODE_TIMEOUT, waitFailure);
-    return code != DDS_RETCODE_OK ? code : reported(take(), DDS_RETCODE_NO_DATA, takeFailure);
+    const DDS_ReturnCode_t code = reported(wait(), DDS_RETCODE_TIMEOUT, waitFailure, function);
+    return code != DDS_RETCODE_OK ? code
+                                  : reported(take(), DDS_RETCODE_NO_DATA, takeFailure, function);
 }
 
 // The typed form of an endpoint's writer or reader. NULL after a report.
 template <typename Entity, typename Narrow>
-auto narrowEntity(Entity *entity, Narrow narrow, const char *what) -> decltype(narrow(entity))
+auto narrowEntity(Entity *entity, Narrow narrow, const char *what,
+                  const char *function = ZUV_CALLING_FUNCTION) -> decltype(narrow(entity))
 {
     if (entity == nullptr) {
-        report(ZUV_LOG_GET_FAILURE_s, what);
+        report(ZUV_LOG_GET_FAILURE_s, what, function);
         return nullptr;
     }
     return narrow(entity);
@@ -173,13 +182,13 @@ auto narrowEntity(Entity *entity, Narrow narrow, const char *what) -> decltype(n
 
 template <typename Type>
 DDS_ReturnCode_t returnLoan(ZUV_Talvane_EntityUntypedImpl *impl, typename Type::Sequence *sequence,
-                            DDS_SampleInfoSeq *infos)
+                            DDS_SampleInfoSeq *infos, const char *function = ZUV_CALLING_FUNCTION)
 {
     auto *const reader = narrowEntity(ZUV_Talvane_EntityUntypedImpl_get_datareader(impl),
-                                      Type::narrow, "reader to return loan");
-    return reader == nullptr
-               ? DDS_RETCODE_ERROR
-               : reported(Type::returnLoan(reader, sequence, infos), DDS_RETCODE_OK, "return loan");
+                                      Type::narrow, "reader to return loan", function);
+    return reader == nullptr ? DDS_RETCODE_ERROR
+                             : reported(Type::returnLoan(reader, sequence, infos), DDS_RETCODE_OK,
+                                        "return loan", function);
 }
 
 } // namespace admin_endpoint

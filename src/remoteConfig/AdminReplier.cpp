@@ -23,24 +23,27 @@ auto makeGetter(Replier *self, DDS_Boolean take)
     };
 }
 
-DDS_ReturnCode_t getRequest(Replier *self, Request *request, DDS_SampleInfo *info, DDS_Boolean take)
+DDS_ReturnCode_t getRequest(Replier *self, Request *request, DDS_SampleInfo *info, DDS_Boolean take,
+                            const char *function = ZUV_CALLING_FUNCTION)
 {
-    if (isAnyMissing({{self, "self"}, {request, "request"}, {info, "sample_info"}})) {
+    if (isAnyMissing({{self, "self"}, {request, "request"}, {info, "sample_info"}}, function)) {
         return DDS_RETCODE_BAD_PARAMETER;
     }
-    return getSample<RequestType>(self->parent._impl, makeGetter(self, take), request, info);
+    return getSample<RequestType>(self->parent._impl, makeGetter(self, take), request, info,
+                                  function);
 }
 
 DDS_ReturnCode_t getRequests(Replier *self, RequestSeq *requests, DDS_SampleInfoSeq *infos,
-                             DDS_Long maxCount, DDS_Boolean take)
+                             DDS_Long maxCount, DDS_Boolean take,
+                             const char *function = ZUV_CALLING_FUNCTION)
 {
-    if (isAnyMissing({{self, "self"}, {requests, "requests is NULL"}})) {
+    if (isAnyMissing({{self, "self"}, {requests, "requests is NULL"}}, function)) {
         return DDS_RETCODE_BAD_PARAMETER;
     }
     const DDS_ReturnCode_t code = getSamples<RequestType>(
         self->parent._impl, makeGetter(self, take), requests, infos, maxCount);
     if (code != DDS_RETCODE_OK && code != DDS_RETCODE_NO_DATA) {
-        report(DDS_LOG_BAD_PARAMETER_s, "error loan or copying data");
+        report(DDS_LOG_BAD_PARAMETER_s, "error loan or copying data", function);
     }
     return code;
 }
@@ -72,7 +75,7 @@ bool createImpl(Replier *self, const ZUV_Talvane_ReplierParams *params)
             ZUV_Service_Admin_CommandReplyTypeSupport_register_type,
             ZUV_Service_Admin_CommandReplyTypeSupport_get_type_name(), sizeof(Request),
             params->listener == nullptr ? nullptr : &readerListener) != DDS_RETCODE_OK) {
-        reportFailure("initialize ReplierUntypedImpl");
+        report(ZUV_LOG_ANY_FAILURE_s, "initialize ReplierUntypedImpl");
         return false;
     }
     return true;
@@ -102,7 +105,7 @@ ZUV_BrelServiceAdminReplier_create_w_params(const ZUV_Talvane_ReplierParams *par
     auto *const self =
         static_cast<Replier *>(ZUVOsapiHeap_allocateZeroed(sizeof(Replier), "TReqTRepReplier"));
     if (self == nullptr) {
-        reportFailure("error creating a TReqTRepReplier");
+        report(ZUV_LOG_ANY_FAILURE_s, "error creating a TReqTRepReplier");
         return nullptr;
     }
     if (params->listener != nullptr) {

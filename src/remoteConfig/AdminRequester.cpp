@@ -25,24 +25,26 @@ auto makeGetter(Requester *self, const DDS_SampleIdentity_t *related, DDS_Boolea
 }
 
 DDS_ReturnCode_t getReply(Requester *self, Reply *reply, DDS_SampleInfo *info,
-                          const DDS_SampleIdentity_t *related, DDS_Boolean take)
+                          const DDS_SampleIdentity_t *related, DDS_Boolean take,
+                          const char *function = ZUV_CALLING_FUNCTION)
 {
-    if (isAnyMissing({{self, "self"}, {reply, "reply"}, {info, "sample_info"}})) {
+    if (isAnyMissing({{self, "self"}, {reply, "reply"}, {info, "sample_info"}}, function)) {
         return DDS_RETCODE_BAD_PARAMETER;
     }
-    return getSample<ReplyType>(self->parent._impl, makeGetter(self, related, take), reply, info);
+    return getSample<ReplyType>(self->parent._impl, makeGetter(self, related, take), reply, info,
+                                function);
 }
 
 DDS_ReturnCode_t getReplies(Requester *self, ReplySeq *replies, DDS_SampleInfoSeq *infos,
                             DDS_Long maxCount, const DDS_SampleIdentity_t *related,
-                            DDS_Boolean take)
+                            DDS_Boolean take, const char *function = ZUV_CALLING_FUNCTION)
 {
-    if (isAnyMissing({{self, "self"}, {replies, "replies"}, {infos, "info_seq"}})) {
+    if (isAnyMissing({{self, "self"}, {replies, "replies"}, {infos, "info_seq"}}, function)) {
         return DDS_RETCODE_BAD_PARAMETER;
     }
     return reported(getSamples<ReplyType>(self->parent._impl, makeGetter(self, related, take),
                                           replies, infos, maxCount),
-                    DDS_RETCODE_NO_DATA, "copy data");
+                    DDS_RETCODE_NO_DATA, "copy data", function);
 }
 
 auto makeWait(Requester *self, DDS_Long minCount, const DDS_Duration_t *maxWait)

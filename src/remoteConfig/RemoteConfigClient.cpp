@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "log/Log.h"
+#include "log/Report.hpp"
 #include "platform/osapi/File.h"
 #include "platform/osapi/Heap.h"
 #include "platform/osapi/Utility.h"
@@ -23,14 +24,15 @@ constexpr DDS_Long kRestingOctetCount = 256;
 // A file goes into the body in pieces of this size.
 constexpr std::size_t kFilePieceSize = 255;
 
-void report(const ZUVLogMessage &message, const char *text)
+void report(const ZUVLogMessage &message, const char *text,
+            const brel::Place &place = brel::Place::current())
 {
-    ZUV_LOG(BREL, ZUV_LOG_BIT_EXCEPTION, BREL_SUBMODULE_REMOTE, &message, text);
+    brel::report(BREL_SUBMODULE_REMOTE, message, text, place);
 }
 
-void reportFailure(const char *text)
+void reportFailure(const char *text, const brel::Place &place = brel::Place::current())
 {
-    report(ZUV_LOG_ANY_FAILURE_s, text);
+    report(ZUV_LOG_ANY_FAILURE_s, text, place);
 }
 
 struct CloseFile {
@@ -153,8 +155,8 @@ bool fillBody(BodyBuffer &body, const char *text, bool remote)
 }
 
 // Send the reused sample and wait for the reply that is related to it.
-bool sendRequestAndWaitForResponseI(BRELRemoteConfigClient *self,
-                                    ZUV_Service_Admin_CommandReply *reply)
+bool BRELRemoteConfigClient_sendRequestAndWaitForResponseI(BRELRemoteConfigClient *self,
+                                                           ZUV_Service_Admin_CommandReply *reply)
 {
     DDS_WriteParams_t requestInfo = DDS_WRITEPARAMS_DEFAULT;
     requestInfo.replace_auto = DDS_BOOLEAN_TRUE;
@@ -320,7 +322,7 @@ int BRELRemoteConfigClient_sendCommandRequest(BRELRemoteConfigClient *self,
     bool isAnswered = false;
     if (copyRequest(*self->_request, targetService, *request) &&
         fillBody(body, request->string_body, remote != 0)) {
-        isAnswered = sendRequestAndWaitForResponseI(self, reply);
+        isAnswered = BRELRemoteConfigClient_sendRequestAndWaitForResponseI(self, reply);
         if (!isAnswered) {
             reportFailure("send command request and wait for reply");
         }

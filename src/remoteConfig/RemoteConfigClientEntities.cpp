@@ -2,6 +2,7 @@
 
 #include "config/Utils.h"
 #include "log/Log.h"
+#include "log/Report.hpp"
 #include "platform/dds/DomainParticipant.h"
 #include "platform/dds/DomainParticipantFactory.h"
 #include "platform/dds/Publisher.h"
@@ -21,17 +22,22 @@ constexpr const char *kPoolBufferMaxSizeProperty =
 // Commands on their way, and replies not yet taken.
 constexpr DDS_Long kMaxSamples = 32;
 
-void report(const ZUVLogMessage &message, const char *text)
+void report(const ZUVLogMessage &message, const char *text,
+            const brel::Place &place = brel::Place::current())
 {
-    ZUV_LOG(BREL, ZUV_LOG_BIT_EXCEPTION, BREL_SUBMODULE_REMOTE, &message, text);
+    brel::report(BREL_SUBMODULE_REMOTE, message, text, place);
 }
 
 // False after a report if `code` is a failure.
-bool isOk(DDS_ReturnCode_t code, const char *what)
+bool isOk(DDS_ReturnCode_t code, const char *what,
+          const brel::Place &place = brel::Place::current())
 {
-    if (code != DDS_RETCODE_OK) {
-        ZUV_LOG_TEMPLATE(BREL, ZUV_LOG_BIT_EXCEPTION, BREL_SUBMODULE_REMOTE,
-                         &ZUV_LOG_FAILURE_TEMPLATE, "%s - Return code = %d\n", what, code);
+    if (code != DDS_RETCODE_OK &&
+        ZUV_LOG_ENABLED(BREL, ZUV_LOG_BIT_EXCEPTION, BREL_SUBMODULE_REMOTE)) {
+        ZUVLogMessage_printTemplate(ZUV_LOG_BIT_EXCEPTION, BREL_LOG_MODULE_ID,
+                                    BREL_SUBMODULE_REMOTE, place.file, place.line, place.function,
+                                    &ZUV_LOG_FAILURE_TEMPLATE, "%s - Return code = %d\n", what,
+                                    code);
     }
     return code == DDS_RETCODE_OK;
 }

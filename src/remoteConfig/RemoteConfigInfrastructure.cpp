@@ -8,6 +8,7 @@
 #include "common/ServiceCommonSupport.h"
 #include "config/Utils.h"
 #include "log/Log.h"
+#include "log/Report.hpp"
 #include "platform/mavo/String.h"
 #include "platform/osapi/Heap.h"
 
@@ -19,9 +20,10 @@ constexpr const char *kSchemeNames[] = {
     ZUV_SERVICE_ADMIN_SCHEME_FILE_NAME, ZUV_SERVICE_ADMIN_SCHEME_STRING_NAME,
     ZUV_SERVICE_ADMIN_SCHEME_SERVICE_NAME, ZUV_SERVICE_ADMIN_SCHEME_OTHER_NAME};
 
-void report(const ZUVLogMessage &message, const char *text)
+void report(const ZUVLogMessage &message, const char *text,
+            const brel::Place &place = brel::Place::current())
 {
-    ZUV_LOG(BREL, ZUV_LOG_BIT_EXCEPTION, BREL_SUBMODULE_REMOTE, &message, text);
+    brel::report(BREL_SUBMODULE_REMOTE, message, text, place);
 }
 
 const char *skipSpace(const char *text)
@@ -64,10 +66,11 @@ bool isResourceTag(const DDS_OctetSeq &octets)
 }
 
 // Serialize a state for one kind of sample.
-int setState(DDS_OctetSeq &octetBody, ZUV_Service_EntityStateKind stateKind, const char *failure)
+int setState(DDS_OctetSeq &octetBody, ZUV_Service_EntityStateKind stateKind, const char *failure,
+             const brel::Place &place = brel::Place::current())
 {
     if (!ZUV_BrelServiceAdminSupport_setStateInOctetBody(&octetBody, stateKind)) {
-        report(ZUV_CDR_LOG_SERIALIZE_FAILURE_s, failure);
+        report(ZUV_CDR_LOG_SERIALIZE_FAILURE_s, failure, place);
         return 0;
     }
     return 1;
@@ -76,15 +79,16 @@ int setState(DDS_OctetSeq &octetBody, ZUV_Service_EntityStateKind stateKind, con
 // Read the octets if they are to be read, else the word.
 ZUV_Service_EntityStateKind getState(const DDS_OctetSeq &octetBody, bool useOctets,
                                      const char *octetFailure, const char *stringBody,
-                                     const char *stringFailure)
+                                     const char *stringFailure,
+                                     const brel::Place &place = brel::Place::current())
 {
     ZUV_Service_EntityStateKind stateKind = ZUV_Service_EntityStateKind_INVALID;
     if (useOctets) {
         if (!ZUV_BrelServiceAdminSupport_getStateFromOctetBody(&octetBody, &stateKind)) {
-            report(ZUV_CDR_LOG_DESERIALIZE_FAILURE_s, octetFailure);
+            report(ZUV_CDR_LOG_DESERIALIZE_FAILURE_s, octetFailure, place);
         }
     } else if (!ZUV_BrelServiceAdminSupport_getStateFromStringBody(stringBody, &stateKind)) {
-        report(ZUV_LOG_GET_FAILURE_s, stringFailure);
+        report(ZUV_LOG_GET_FAILURE_s, stringFailure, place);
     }
     return stateKind;
 }

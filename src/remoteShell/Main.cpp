@@ -6,9 +6,9 @@
 
 #include "config/ProductInfo.h"
 #include "log/Log.h"
+#include "log/Report.hpp"
 #include "platform/dds/DomainParticipantFactory.h"
 #include "platform/kolm/Logger.h"
-#include "platform/log/LogMessages.h"
 #include "platform/mavo/String.h"
 #include "platform/osapi/Fault.h"
 #include "remoteShell/Shell.h"
@@ -28,9 +28,9 @@ bool asksForHelp(int argc, char **argv)
     return false;
 }
 
-int fail(const char *what, int status)
+int fail(const char *what, int status, const brel::Place &place = brel::Place::current())
 {
-    ZUV_LOG(BREL, ZUV_LOG_BIT_EXCEPTION, BREL_SUBMODULE_SHELL, &ZUV_LOG_ANY_FAILURE_s, what);
+    brel::report(BREL_SUBMODULE_SHELL, ZUV_LOG_ANY_FAILURE_s, what, place);
     return status;
 }
 

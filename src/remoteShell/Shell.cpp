@@ -11,6 +11,7 @@
 
 #include "config/ProductInfo.h"
 #include "log/Log.h"
+#include "log/Report.hpp"
 #include "platform/kolm/Logger.h"
 #include "platform/kolm/Utility.h"
 #include "platform/log/LogMessages.h"
@@ -33,9 +34,10 @@ constexpr DDS_Duration_t kScriptStartPause = {3, 0};
 // on, but from the second fruitless read in a row with this pause, so that it takes no processor.
 constexpr DDS_Duration_t kFruitlessReadPause = {0, 100000000};
 
-void reportFailure(const ZUVLogMessage &message, const char *text)
+void report(const ZUVLogMessage &message, const char *text,
+            const brel::Place &place = brel::Place::current())
 {
-    ZUV_LOG(BREL, ZUV_LOG_BIT_EXCEPTION, BREL_SUBMODULE_SHELL, &message, text);
+    brel::report(BREL_SUBMODULE_SHELL, message, text, place);
 }
 
 // Take an option that may be missing; `value` then keeps what it holds.
@@ -43,7 +45,7 @@ bool takeParameter(BRELShellParameterManager *manager, void *value, int paramete
                    BRELShellParameterType type)
 {
     if (!BRELShellParameterManager_getParameter(manager, value, nullptr, parameterId, type)) {
-        reportFailure(ZUV_LOG_ANY_FAILURE_s, "get parameter");
+        report(ZUV_LOG_ANY_FAILURE_s, "get parameter");
         return false;
     }
     return true;
@@ -153,7 +155,7 @@ int BRELShell_getCommandLineParameters(BRELShell *self, int argc, char **argv)
 {
     BRELShellParameterManager *const manager = BRELShellParameterManager_new(argc, argv);
     if (manager == nullptr) {
-        reportFailure(ZUV_LOG_CREATION_FAILURE_s, "parameter manager");
+        report(ZUV_LOG_CREATION_FAILURE_s, "parameter manager");
         return 0;
     }
     self->domainId = kDefaultDomainId;
@@ -171,7 +173,7 @@ int BRELShell_getCommandLineParameters(BRELShell *self, int argc, char **argv)
     self->input = commandFile == nullptr ? stdin : openCommandFile(commandFile);
     if (self->input == nullptr) {
         // The process is about to end, and the manager is left to it; a leak checker is to see that.
-        [[gnu::used]] static BRELShellParameterManager *leftToTheProcess;
+        [[maybe_unused]] static BRELShellParameterManager *volatile leftToTheProcess;
         leftToTheProcess = manager;
         ZUV_LOG_PLAIN(BREL, ZUV_LOG_BIT_EXCEPTION, BREL_SUBMODULE_SHELL, "Could not open file %s\n",
                       commandFile);
@@ -185,7 +187,7 @@ int BRELShell_initialize(BRELShell *self)
 {
     std::printf("Domain id %d, timeout %d\n", self->domainId, self->timeout);
     if (!BRELRemoteConfigClient_initialize(&self->remoteConfig, self->domainId, self->timeout)) {
-        reportFailure(ZUV_LOG_ANY_FAILURE_s, "initialize remote configuration client");
+        report(ZUV_LOG_ANY_FAILURE_s, "initialize remote configuration client");
         return 0;
     }
     return 1;

@@ -6,6 +6,7 @@
 
 #include "config/ProductInfo.h"
 #include "log/Log.h"
+#include "log/Report.hpp"
 #include "platform/log/LogMessages.h"
 #include "platform/mavo/String.h"
 #include "platform/osapi/Fault.h"
@@ -57,9 +58,9 @@ struct CommandRow {
     const char *syntax = nullptr;
 };
 
-void reportFailure(const char *text)
+void reportFailure(const char *text, const brel::Place &place = brel::Place::current())
 {
-    ZUV_LOG(BREL, ZUV_LOG_BIT_EXCEPTION, BREL_SUBMODULE_SHELL, &ZUV_LOG_ANY_FAILURE_s, text);
+    brel::report(BREL_SUBMODULE_SHELL, ZUV_LOG_ANY_FAILURE_s, text, place);
 }
 
 bool isWord(const char *token, const char *word)

@@ -6,6 +6,7 @@
 
 #include "config/ProductInfo.h"
 #include "log/Log.h"
+#include "log/Report.hpp"
 #include "platform/kolm/Version.h"
 #include "platform/log/LogMessages.h"
 #include "platform/mavo/String.h"
@@ -24,9 +25,10 @@ const char *const BRELShellParameterManager_g_parameterTypeDesc[3] = {"", "<stri
 namespace
 {
 
-void reportParameter(const ZUVLogMessage &message, const char *parameter)
+void reportParameter(const ZUVLogMessage &message, const char *parameter,
+                     const brel::Place &place = brel::Place::current())
 {
-    ZUV_LOG(BREL, ZUV_LOG_BIT_EXCEPTION, BREL_SUBMODULE_PARAMETER_MANAGER, &message, parameter);
+    brel::report(BREL_SUBMODULE_PARAMETER_MANAGER, message, parameter, place);
 }
 
 // The id of the first option that has a value and whose name begins with `key`, or -1. An empty key begins
