@@ -14,7 +14,8 @@ struct Texts : DDS_StringSeq {
     Texts(std::initializer_list<const char *> texts) : DDS_StringSeq(DDS_SEQUENCE_INITIALIZER)
     {
         const auto count = static_cast<DDS_Long>(texts.size());
-        EXPECT_TRUE(DDS_StringSeq_from_array(this, const_cast<const char **>(texts.begin()), count));
+        EXPECT_TRUE(
+            DDS_StringSeq_from_array(this, const_cast<char *const *>(texts.begin()), count));
     }
     Texts(const Texts &) = delete;
     Texts &operator=(const Texts &) = delete;

@@ -15,7 +15,8 @@ struct Partitions : DDS_StringSeq {
         : DDS_StringSeq(DDS_SEQUENCE_INITIALIZER)
     {
         const auto count = static_cast<DDS_Long>(names.size());
-        EXPECT_TRUE(DDS_StringSeq_from_array(this, const_cast<const char **>(names.begin()), count));
+        EXPECT_TRUE(
+            DDS_StringSeq_from_array(this, const_cast<char *const *>(names.begin()), count));
     }
     Partitions(const Partitions &) = delete;
     Partitions &operator=(const Partitions &) = delete;
