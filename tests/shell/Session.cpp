@@ -54,6 +54,12 @@ Session::Session(int timeoutSeconds, const ProcessOptions &options)
     }
 }
 
+void Session::signalWhileReading(int number)
+{
+    watch(Duration{100});
+    signal(number);
+}
+
 std::optional<std::string> Session::run(std::string_view line, Duration patience)
 {
     if (!write(std::string(line) + "\n", patience)) {

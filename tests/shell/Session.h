@@ -36,6 +36,9 @@ public:
     // Give both ends the time to find each other.
     void letDiscover() { watch(Duration{1000}); }
 
+    // A prompt is seen a moment before the shell awaits input, and only what awaits is interrupted.
+    void signalWhileReading(int number);
+
     // Type a line, and get what the shell says before it prompts again; nothing when it does not prompt.
     std::optional<std::string> run(std::string_view line, Duration patience = kPatience);
 };

@@ -88,7 +88,7 @@ TEST_P(HandledSignal, endsNothingAndGivesAFreshPrompt)
 {
     Session shell(1, terminal());
     for (int round = 0; round < 3; ++round) {
-        shell.signal(GetParam());
+        shell.signalWhileReading(GetParam());
         EXPECT_THAT(shell.outputUntil(kPrompt), Optional(Eq("\n")));
     }
     EXPECT_THAT(shell.run("word"), Optional(Eq("Unknown command: word\n")));
@@ -114,11 +114,11 @@ TEST(Terminal, aSignalThatWasIgnoredAtTheStartStaysIgnored)
 {
     Session shell(1, terminal({SIGINT, SIGHUP}));
     const std::string before = shell.output();
-    shell.signal(SIGINT);
-    shell.signal(SIGHUP);
+    shell.signalWhileReading(SIGINT);
+    shell.signalWhileReading(SIGHUP);
     shell.watch(Process::Duration{300});
     EXPECT_EQ(shell.output(), before);
-    shell.signal(SIGTERM);
+    shell.signalWhileReading(SIGTERM);
     EXPECT_THAT(shell.outputUntil(kPrompt), Optional(Eq("\n")));
     expectGoodEnd(shell);
 }
