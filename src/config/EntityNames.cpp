@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "log/Log.h"
+#include "log/Report.hpp"
 #include "platform/osapi/Utility.h"
 #include "platform/typesys/String.h"
 
@@ -25,24 +26,25 @@ size_t findColon(string_view name, int number)
     return at;
 }
 
-void reportFailure(const char *what)
+void reportFailure(const brel::Place &place, const char *what)
 {
-    ZUV_LOG(BREL, ZUV_LOG_BIT_EXCEPTION, BREL_SUBMODULE_ELEMENTS, &ZUV_LOG_ANY_FAILURE_s, what);
+    brel::report(BREL_SUBMODULE_ELEMENTS, ZUV_LOG_ANY_FAILURE_s, what, place);
 }
 
 // "::service::" and the start of `rest`, cut where the text of `length` characters ends.
-char *makeName(const char *serviceName, const char *rest, size_t length)
+char *makeName(const char *serviceName, const char *rest, size_t length,
+               const brel::Place &place = brel::Place::current())
 {
     char *name = DDS_String_alloc(length);
     if (name == nullptr) {
-        reportFailure("allocate result string");
+        reportFailure(place, "allocate result string");
         return nullptr;
     }
     const size_t size = length + 1;
     if (ZUVOsapiUtility_snprintf(name, size, "::%s::", serviceName) < 0) {
-        reportFailure("snprintf() of service name failed");
+        reportFailure(place, "snprintf() of service name failed");
     } else if (ZUVOsapiUtility_strcat(name, size, rest) == nullptr) {
-        reportFailure("concatenate name");
+        reportFailure(place, "concatenate name");
     } else {
         return name;
     }

@@ -4,6 +4,7 @@
 #include <atomic>
 
 #include "log/Log.h"
+#include "log/Report.hpp"
 #include "platform/kolm/HeapSnapshot.h"
 #include "platform/kolm/Utility.h"
 #include "platform/osapi/Process.h"
@@ -18,13 +19,13 @@ constexpr size_t kNameSize = 769;
 constexpr int kStepMillis = 200;
 constexpr DDS_Duration_t kStep = {0, kStepMillis * 1'000'000u};
 
-void takeSnapshot(const ZUV_BrelServiceHeapMonitorProperty &property)
+void takeSnapshot(const ZUV_BrelServiceHeapMonitorProperty &property,
+                  const brel::Place &place = brel::Place::current())
 {
     std::array<char, kNameSize> name;
     if (BRELUtils_getHeapSnapshotName(&property, name.data(), name.size()) == 0 ||
         KOLM_Utility_take_heap_snapshot(name.data(), 1) == 0) {
-        ZUV_LOG(BREL, ZUV_LOG_BIT_EXCEPTION, BREL_SUBMODULE_ELEMENTS, &ZUV_LOG_ANY_FAILURE_s,
-                "take heap snapshot");
+        brel::report(BREL_SUBMODULE_ELEMENTS, ZUV_LOG_ANY_FAILURE_s, "take heap snapshot", place);
     }
 }
 

@@ -7,12 +7,14 @@
 #include "platform/mavo/String.h"
 #include "platform/osapi/Heap.h"
 #include "platform/typesys/String.h"
+#include "sdkLib/Report.hpp"
 
 #define IS_NULL(ARGUMENT) BREL_IS_NULL(BREL_SUBMODULE_ELEMENTS, ARGUMENT)
 
 namespace
 {
 
+using brel::Place;
 using List = ZUV_BrelServiceProperties;
 using Entry = ZUV_BrelServiceNameValue;
 
@@ -23,44 +25,46 @@ std::span<Entry> entriesOf(const List &list)
     return {list.properties, static_cast<size_t>(list.count)};
 }
 
-bool resize(List &self, int count)
+bool resize(List &self, int count, const Place &place = Place::current())
 {
     void *array = self.properties;
     if (ZUVOsapiHeap_reallocate(&array, static_cast<size_t>(count) * sizeof(Entry), kArrayTag) ==
         0) {
-        ZUV_LOG(BREL, ZUV_LOG_BIT_EXCEPTION, BREL_SUBMODULE_ELEMENTS,
-                &ZUV_OSAPI_MEMORY_LOG_OUT_OF_HEAP_ARRAY_dd, count, static_cast<int>(sizeof(Entry)));
+        brel::reportFailure(place, ZUV_OSAPI_MEMORY_LOG_OUT_OF_HEAP_ARRAY_dd, count,
+                            static_cast<int>(sizeof(Entry)));
         return false;
     }
     self.properties = static_cast<Entry *>(array);
     return true;
 }
 
-bool replaceText(char **text, const char *newText)
+bool replaceText(char **text, const char *newText, const Place &place)
 {
     if (DDS_String_replace(text, newText) == nullptr && newText != nullptr) {
-        ZUV_LOG(BREL, ZUV_LOG_BIT_EXCEPTION, BREL_SUBMODULE_ELEMENTS,
-                &ZUV_OSAPI_MEMORY_LOG_OUT_OF_HEAP_STRING_d, static_cast<int>(std::strlen(newText)));
+        brel::reportFailure(place, ZUV_OSAPI_MEMORY_LOG_OUT_OF_HEAP_STRING_d,
+                            static_cast<int>(std::strlen(newText)));
         return false;
     }
     return true;
 }
 
-bool replaceValue(const List &list, Entry &entry, const void *value)
+bool replaceValue(const List &list, Entry &entry, const void *value,
+                  const Place &place = Place::current())
 {
     if (!list.string_values) {
         entry.value = const_cast<void *>(value);
         return true;
     }
     char *text = static_cast<char *>(entry.value);
-    const bool isReplaced = replaceText(&text, static_cast<const char *>(value));
+    const bool isReplaced = replaceText(&text, static_cast<const char *>(value), place);
     entry.value = text;
     return isReplaced;
 }
 
-bool fill(const List &list, Entry &entry, const char *name, const void *value)
+bool fill(const List &list, Entry &entry, const char *name, const void *value,
+          const Place &place = Place::current())
 {
-    return replaceText(&entry.name, name) && replaceValue(list, entry, value);
+    return replaceText(&entry.name, name, place) && replaceValue(list, entry, value, place);
 }
 
 // A pointer that is borrowed is left alone.
@@ -74,11 +78,11 @@ void clear(const List &list, Entry &entry)
 }
 
 // Fill the slot behind the last entry, which must be there, and count it.
-bool append(List &self, const char *name, const void *value)
+bool append(List &self, const char *name, const void *value, const Place &place = Place::current())
 {
     Entry &entry = self.properties[self.count];
     entry = {};
-    if (!fill(self, entry, name, value)) {
+    if (!fill(self, entry, name, value, place)) {
         clear(self, entry);
         return false;
     }

@@ -7,12 +7,14 @@
 #include "log/Log.h"
 #include "platform/osapi/Fault.h"
 #include "platform/osapi/Heap.h"
+#include "sdkLib/Report.hpp"
 
 #define IS_NULL(ARGUMENT) BREL_IS_NULL(BREL_SUBMODULE_ELEMENTS, ARGUMENT)
 
 namespace
 {
 
+using brel::Place;
 using StringSeq = ZUV_BrelServiceStringSeq;
 using StreamInfo = ZUV_BrelServiceStreamInfo;
 
@@ -23,13 +25,13 @@ void *reallocate(void *block, size_t size)
     return ZUV_OSAPI_FAULT("sdk.allocate") ? nullptr : std::realloc(block, size);
 }
 
-bool replaceText(char **text, const char *newText)
+bool replaceText(char **text, const char *newText, const Place &place = Place::current())
 {
     const size_t size = std::strlen(newText) + 1;
     void *const block = reallocate(*text, size);
     if (block == nullptr) {
-        ZUV_LOG(BREL, ZUV_LOG_BIT_EXCEPTION, BREL_SUBMODULE_ELEMENTS,
-                &ZUV_OSAPI_MEMORY_LOG_OUT_OF_HEAP_STRING_d, static_cast<int>(size - 1));
+        brel::reportFailure(place, ZUV_OSAPI_MEMORY_LOG_OUT_OF_HEAP_STRING_d,
+                            static_cast<int>(size - 1));
         return false;
     }
     *text = static_cast<char *>(std::memcpy(block, newText, size));
@@ -42,7 +44,7 @@ void freeText(char *&text)
     text = nullptr;
 }
 
-bool reserve(StringSeq &self, int slotCount)
+bool reserve(StringSeq &self, int slotCount, const Place &place = Place::current())
 {
     if (slotCount <= self.element_count_max) {
         return true;
@@ -50,9 +52,8 @@ bool reserve(StringSeq &self, int slotCount)
     void *const array =
         reallocate(self.element_array, static_cast<size_t>(slotCount) * sizeof(char *));
     if (array == nullptr) {
-        ZUV_LOG(BREL, ZUV_LOG_BIT_EXCEPTION, BREL_SUBMODULE_ELEMENTS,
-                &ZUV_OSAPI_MEMORY_LOG_OUT_OF_HEAP_ARRAY_dd, slotCount,
-                static_cast<int>(sizeof(char *)));
+        brel::reportFailure(place, ZUV_OSAPI_MEMORY_LOG_OUT_OF_HEAP_ARRAY_dd, slotCount,
+                            static_cast<int>(sizeof(char *)));
         return false;
     }
     self.element_array = static_cast<char **>(array);
@@ -71,12 +72,13 @@ void release(StringSeq &self)
 }
 
 StreamInfo *newStreamInfo(DDS_Boolean isDisposed, const char *streamName, const char *typeName,
-                          int representationKind, void *representation)
+                          int representationKind, void *representation,
+                          const Place &place = Place::current())
 {
     void *const block = ZUVOsapiHeap_allocateZeroed(sizeof(StreamInfo), kStreamInfoTag);
     if (block == nullptr) {
-        ZUV_LOG(BREL, ZUV_LOG_BIT_EXCEPTION, BREL_SUBMODULE_ELEMENTS,
-                &ZUV_OSAPI_MEMORY_LOG_OUT_OF_HEAP_STRUCT_d, static_cast<int>(sizeof(StreamInfo)));
+        brel::reportFailure(place, ZUV_OSAPI_MEMORY_LOG_OUT_OF_HEAP_STRUCT_d,
+                            static_cast<int>(sizeof(StreamInfo)));
         return nullptr;
     }
     StreamInfo *const self = static_cast<StreamInfo *>(block);

@@ -106,6 +106,7 @@ TEST_F(EntityNames, reportWhichStepFailed)
         ZUVOsapiFault_arm(point, 1, 0);
         EXPECT_EQ(sessionName("b", "::a::dr::ses::r"), "(null)") << point;
         EXPECT_TRUE(log.isExactly({{&ZUV_LOG_ANY_FAILURE_s, report}}));
+        EXPECT_EQ(log.lines()[0].function, "BRELUtils_makeNameI");
     }
 }
 

@@ -479,6 +479,7 @@ TEST_F(Properties, reportOtherFailuresAsExceptions)
     const auto lines = log.lines();
     ASSERT_EQ(lines.size(), 1U);
     EXPECT_EQ(lines[0].text, "!allocate string of 4 characters: out of memory");
+    EXPECT_EQ(lines[0].function, "ZUV_BrelServiceProperties_add");
     EXPECT_EQ(lines[0].level, ZUV_LOG_BIT_EXCEPTION);
     EXPECT_EQ(lines[0].submodule, 0x3000U);
 }

@@ -258,6 +258,7 @@ TEST_F(StringSeqCopy, thatRunsOutOfMemoryHasTheElementsBefore)
     EXPECT_EQ(ZUV_BrelServiceStringSeq_copy(&seq, &source), nullptr);
     EXPECT_TRUE(log.isExactly({{&ZUV_OSAPI_MEMORY_LOG_OUT_OF_HEAP_STRING_d,
                                 "!allocate string of 3 characters: out of memory"}}));
+    EXPECT_EQ(log.lines()[0].function, "ZUV_BrelServiceStringSeq_copy");
     EXPECT_EQ(seq.element_count, 3);
     EXPECT_EQ(seq.element_count_max, 3);
     EXPECT_STREQ(seq.element_array[0], "one");
