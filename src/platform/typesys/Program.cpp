@@ -77,11 +77,9 @@ std::uint64_t defaultBitsOf(const DDS_TypeCode &type, const DDS_AnnotationParame
 
 LengthCode lengthCodeOf(const Op &op);
 
+// A structure with a size of its own could do without another before it, but other implementations write both.
 LengthCode lengthCodeOf(const Program &program)
 {
-    if (program.extensibility() != DDS_FINAL_EXTENSIBILITY) {
-        return kLengthAlsoNext;
-    }
     return program.isStruct() ? kLengthNext : lengthCodeOf(program.ops().front());
 }
 

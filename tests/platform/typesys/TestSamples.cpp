@@ -77,11 +77,13 @@ void write(Wire &wire, const TestMutable &sample)
     wire.u32(memberHeader(3, 0x09bfda7e)).f64(sample.weight);
     wire.u32(memberHeader(4, 0x0a54ee78)).begin();
     writePoint(wire, sample.point);
-    wire.end().u32(memberHeader(5, 0x0b5897ea));
+    wire.end().u32(memberHeader(4, 0x0b5897ea)).begin();
     writeInner(wire, sample.inner);
+    wire.end();
     if (sample.maybe != nullptr) {
-        wire.u32(memberHeader(5, 0x03ac7a7e));
+        wire.u32(memberHeader(4, 0x03ac7a7e)).begin();
         writeInner(wire, *sample.maybe);
+        wire.end();
     }
     wire.u32(memberHeader(5, 0x01755348));
     writeOctets(wire, sample.octets);
