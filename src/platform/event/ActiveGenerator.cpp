@@ -55,15 +55,18 @@ void runFirst(Generator &self, Lock &lock, const ZUVNtpTime &now)
 // How long to sleep before the first event is due, in nanoseconds: 0 when it is, with the time in `now`.
 int64_t findSleep(Generator &self, ZUVNtpTime &now)
 {
-    if (self.queue.isEmpty() || ZUVNtpTime_isInfinite(&self.queue.first().time) != 0) {
+    if (self.queue.isEmpty()) {
+        return INT64_MAX;
+    }
+    const ZUVNtpTime due = self.queue.firstTime();
+    if (ZUVNtpTime_isInfinite(&due) != 0) {
         return INT64_MAX;
     }
     if (self.clock->getTime(self.clock, &now) == 0) {
         ZUV_CONCURRENCY_FAILURE(&ZUV_LOG_GET_FAILURE_s, "time of the event generator's clock");
         return kNanosecondsUntilNextReading;
     }
-    const int64_t span = ZUVNtpTime_getNanosecondsBetween(&now, &self.queue.first().time);
-    return std::max<int64_t>(span, 0);
+    return std::max<int64_t>(ZUVNtpTime_getNanosecondsBetween(&now, &due), 0);
 }
 
 void destroyWorker(Generator &self)
@@ -172,8 +175,9 @@ int ZUVEventActiveGenerator_postEvent(ZUVEventActiveGenerator *self, const ZUVNt
 
     Lock lock = self->timer->lock();
     // A sleeper sleeps until the first event: it need not know about others.
-    const bool mustWake =
-        self->queue.isEmpty() || ZUVNtpTime_compare(time, &self->queue.first().time) < 0;
+    const ZUVNtpTime first =
+        self->queue.isEmpty() ? ZUV_NTP_TIME_INFINITE : self->queue.firstTime();
+    const bool mustWake = ZUVNtpTime_compare(time, &first) < 0;
     const char *refusal = self->mustStop            ? "event: the generator is shut down"
                           : !self->queue.add(event) ? "event: out of memory"
                                                     : nullptr;

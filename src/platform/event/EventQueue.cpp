@@ -1,9 +1,9 @@
 #include "platform/event/EventQueue.hpp"
 
 #include <algorithm>
-#include <cstring>
 #include <functional>
 #include <string_view>
+#include <tuple>
 #include <type_traits>
 
 #include "platform/osapi/Heap.h"
@@ -15,6 +15,8 @@ namespace
 
 constexpr const char *kTag = "ZUVEventActiveGenerator queue";
 constexpr uint32_t kFirstCapacity = 16;
+constexpr uint32_t kChildren =
+    4; // of a node: half the levels of two, and those of one node side by side
 constexpr uint32_t kCapacityMax = uint32_t{1} << 30;
 
 std::string_view comparedBytes(const Event &event)
@@ -43,14 +45,15 @@ bool resize(T *&array, uint32_t count)
 
 EventQueue::~EventQueue()
 {
-    ZUVOsapiHeap_free(entries_);
-    ZUVOsapiHeap_free(nodes_);
+    ZUVOsapiHeap_free(events_);
+    ZUVOsapiHeap_free(links_);
     ZUVOsapiHeap_free(buckets_);
+    ZUVOsapiHeap_free(nodes_);
 }
 
 bool EventQueue::add(const Event &event)
 {
-    const uint64_t hash = hashOf(event);
+    const uint32_t hash = hashOf(event);
     if (absorb(event, hash)) {
         return true;
     }
@@ -58,7 +61,7 @@ bool EventQueue::add(const Event &event)
         return false;
     }
     const Slot slot = free_;
-    free_ = entries_[slot].next;
+    free_ = links_[slot].next;
     enter(slot, event, hash);
     return true;
 }
@@ -66,21 +69,24 @@ bool EventQueue::add(const Event &event)
 EventQueue::Slot EventQueue::takeFirst(Event &event)
 {
     const Slot slot = nodes_[0].slot;
-    event = entries_[slot].event;
+    event = events_[slot];
     if (event.bytesToCompare != 0) {
-        *findBucketLink(slot) = entries_[slot].next;
+        takeOutOfBucket(slot);
     }
     --size_;
     if (size_ != 0) {
         place(0, nodes_[size_]);
         moveDown(0);
+        // The next one to be taken has waited for long: its memory may come near while this one runs.
+        __builtin_prefetch(&events_[nodes_[0].slot]);
+        __builtin_prefetch(&events_[nodes_[0].slot].storage);
     }
     return slot;
 }
 
 void EventQueue::putBack(Slot slot, const Event &event)
 {
-    const uint64_t hash = hashOf(event);
+    const uint32_t hash = hashOf(event);
     if (absorb(event, hash)) {
         release(slot);
     } else {
@@ -90,60 +96,61 @@ void EventQueue::putBack(Slot slot, const Event &event)
 
 void EventQueue::release(Slot slot)
 {
-    entries_[slot].next = free_;
+    links_[slot].next = free_;
     free_ = slot;
 }
 
 // Give a slot that is in no use its event, and both their place in the order.
-void EventQueue::enter(Slot slot, const Event &event, uint64_t hash)
+void EventQueue::enter(Slot slot, const Event &event, uint32_t hash)
 {
-    Entry &entry = entries_[slot];
-    entry.event = event;
-    entry.hash = hash;
+    events_[slot] = event;
+    links_[slot].hash = hash;
     if (event.bytesToCompare != 0) {
-        uint32_t &bucket = buckets_[hash & (capacity_ - 1)];
-        entry.next = bucket;
-        bucket = slot;
+        putIntoBucket(slot);
     }
-    place(size_, {event.time, slot, postCount_++});
+    place(size_, {event.time.sec, postCount_++, event.time.frac, slot});
     moveUp(size_++);
 }
 
 // Let an equal event that waits take this one in. False when there is none.
-bool EventQueue::absorb(const Event &event, uint64_t hash)
+bool EventQueue::absorb(const Event &event, uint32_t hash)
 {
     if (event.bytesToCompare == 0 || capacity_ == 0) {
         return false;
     }
-    uint32_t slot = buckets_[hash & (capacity_ - 1)];
-    while (slot != kNone &&
-           (entries_[slot].hash != hash || !areEqual(entries_[slot].event, event))) {
-        slot = entries_[slot].next;
+    Slot slot = bucketOf(hash);
+    while (slot != kNone && (links_[slot].hash != hash || !areEqual(events_[slot], event))) {
+        slot = links_[slot].next;
     }
     if (slot == kNone) {
         return false;
     }
-    Event &present = entries_[slot].event;
+    Event &present = events_[slot];
     present.storage = event.storage;
     present.snoozeTime = event.snoozeTime;
     if (ZUVNtpTime_compare(&event.time, &present.time) < 0) {
         present.time = event.time;
-        const uint32_t position = entries_[slot].position;
-        nodes_[position].time = event.time;
-        nodes_[position].number = postCount_++;
+        const uint32_t position = links_[slot].position;
+        nodes_[position] = {event.time.sec, postCount_++, event.time.frac, slot};
         moveUp(position);
     }
     return true;
 }
 
-// Where the bucket names the slot, or its neighbour does.
-EventQueue::Slot *EventQueue::findBucketLink(Slot slot)
+void EventQueue::putIntoBucket(Slot slot)
 {
-    uint32_t *link = &buckets_[entries_[slot].hash & (capacity_ - 1)];
+    Slot &bucket = bucketOf(links_[slot].hash);
+    links_[slot].next = bucket;
+    bucket = slot;
+}
+
+void EventQueue::takeOutOfBucket(Slot slot)
+{
+    Slot *link = &bucketOf(links_[slot].hash);
     while (*link != slot) {
-        link = &entries_[*link].next;
+        link = &links_[*link].next;
     }
-    return link;
+    *link = links_[slot].next;
 }
 
 // See to it that a slot is free.
@@ -162,19 +169,16 @@ bool EventQueue::reserveOne()
 // What has grown already when there is no more memory does no harm.
 bool EventQueue::grow(uint32_t capacity)
 {
-    if (capacity > kCapacityMax || !resize(entries_, capacity) || !resize(nodes_, capacity) ||
-        !resize(buckets_, capacity)) {
+    if (capacity > kCapacityMax || !resize(events_, capacity) || !resize(links_, capacity) ||
+        !resize(buckets_, capacity) || !resize(nodes_, capacity)) {
         return false;
     }
     capacity_ = capacity;
     std::fill_n(buckets_, capacity, kNone);
     for (uint32_t position = 0; position < size_; ++position) {
         const Slot slot = nodes_[position].slot;
-        Entry &entry = entries_[slot];
-        if (entry.event.bytesToCompare != 0) {
-            uint32_t &bucket = buckets_[entry.hash & (capacity_ - 1)];
-            entry.next = bucket;
-            bucket = slot;
+        if (events_[slot].bytesToCompare != 0) {
+            putIntoBucket(slot);
         }
     }
     return true;
@@ -182,31 +186,32 @@ bool EventQueue::grow(uint32_t capacity)
 
 bool EventQueue::isBefore(const Node &left, const Node &right)
 {
-    const int order = ZUVNtpTime_compare(&left.time, &right.time);
-    return order != 0 ? order < 0 : left.number < right.number;
+    return std::tie(left.sec, left.frac, left.number) <
+           std::tie(right.sec, right.frac, right.number);
 }
 
-uint64_t EventQueue::hashOf(const Event &event)
+uint32_t EventQueue::hashOf(const Event &event)
 {
     if (event.bytesToCompare == 0) {
         return 0;
     }
     constexpr uint64_t kGoldenRatio = 0x9e3779b97f4a7c15;
-    return std::hash<std::string_view>{}(comparedBytes(event)) ^
-           reinterpret_cast<uintptr_t>(event.listener) * kGoldenRatio;
+    const uint64_t hash = std::hash<std::string_view>{}(comparedBytes(event)) ^
+                          reinterpret_cast<uintptr_t>(event.listener) * kGoldenRatio;
+    return static_cast<uint32_t>(hash ^ hash >> 32);
 }
 
 void EventQueue::place(uint32_t position, const Node &node)
 {
     nodes_[position] = node;
-    entries_[node.slot].position = position;
+    links_[node.slot].position = position;
 }
 
 void EventQueue::moveUp(uint32_t position)
 {
     const Node node = nodes_[position];
     while (position > 0) {
-        const uint32_t parent = (position - 1) / 2;
+        const uint32_t parent = (position - 1) / kChildren;
         if (!isBefore(node, nodes_[parent])) {
             break;
         }
@@ -220,18 +225,17 @@ void EventQueue::moveDown(uint32_t position)
 {
     const Node node = nodes_[position];
     for (;;) {
-        uint32_t child = 2 * position + 1;
-        if (child >= size_) {
+        const uint32_t first = kChildren * position + 1;
+        if (first >= size_) {
             break;
         }
-        if (child + 1 < size_ && isBefore(nodes_[child + 1], nodes_[child])) {
-            ++child;
-        }
-        if (!isBefore(nodes_[child], node)) {
+        Node *const end = nodes_ + std::min(first + kChildren, size_);
+        const Node *const child = std::min_element(nodes_ + first, end, isBefore);
+        if (!isBefore(*child, node)) {
             break;
         }
-        place(position, nodes_[child]);
-        position = child;
+        place(position, *child);
+        position = static_cast<uint32_t>(child - nodes_);
     }
     place(position, node);
 }

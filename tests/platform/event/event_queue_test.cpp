@@ -67,7 +67,7 @@ TEST(EventQueue, yieldsTheEarliestFirst)
     for (const int64_t sec : {5, 1, 4, -2, 3}) {
         EXPECT_TRUE(queue.add(eventAt(sec)));
     }
-    EXPECT_EQ(queue.first().time.sec, -2);
+    EXPECT_EQ(queue.firstTime().sec, -2);
     EXPECT_EQ(drain(queue), (Drained{{-2, 0}, {1, 0}, {3, 0}, {4, 0}, {5, 0}}));
 }
 
