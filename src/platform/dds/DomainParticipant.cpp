@@ -104,6 +104,7 @@ typename Kind::Ours *makeGroup(DDS_DomainParticipant &participant, const typenam
         return nullptr;
     }
     made->fastEntity = made->fast;
+    made->handle = toOurs(made->fast->get_instance_handle());
     const std::lock_guard lock(participant.mutex);
     Kind::listOf(participant).push_back(made);
     return made;

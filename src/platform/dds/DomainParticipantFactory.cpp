@@ -8,6 +8,7 @@
 #include <fastdds/dds/domain/DomainParticipantFactory.hpp>
 
 #include "Conversions.hpp"
+#include "DiscoveryPorts.hpp"
 #include "EntityImpl.hpp"
 #include "FastLog.hpp"
 #include "FilterClass.hpp"
@@ -30,7 +31,8 @@ constexpr DDS_Long kGreatestDomainId = 232; // beyond it the ports run out (DDSI
 std::mutex factoryMutex;
 DDS_DomainParticipantFactory *theFactory = nullptr;
 
-fast::DomainParticipant *createFast(DDS_Long domainId, const DDS_DomainParticipantQos &qos)
+fast::DomainParticipant *createFast(DDS_Long domainId, const DDS_DomainParticipantQos &qos,
+                                    int portSlot)
 {
     if (ZUV_OSAPI_FAULT("dds.create_participant")) {
         return nullptr;
@@ -39,8 +41,42 @@ fast::DomainParticipant *createFast(DDS_Long domainId, const DDS_DomainParticipa
     factory->load_profiles();
     fast::DomainParticipantQos fastQos = factory->get_default_participant_qos();
     zuv::dds::applyLoopbackUnlessConfigured(fastQos);
+    zuv::dds::useDiscoveryPort(domainId, portSlot, fastQos);
     zuv::dds::mapQos(qos, fastQos);
     return factory->create_participant(static_cast<fast::DomainId_t>(domainId), fastQos);
+}
+
+// The record, then the middleware's participant, then the list.
+DDS_DomainParticipant *makeParticipant(DDS_DomainParticipantFactory &factory, DDS_Long domainId,
+                                       const DDS_DomainParticipantQos &qos)
+{
+    auto *const made = heapNew<DDS_DomainParticipant>("DDS DomainParticipant");
+    if (made == nullptr) {
+        return nullptr;
+    }
+    made->domainId = domainId;
+    DDS_ReturnCode_t code = &qos == &DDS_PARTICIPANT_QOS_DEFAULT
+                                ? DDS_DomainParticipantQos_get_defaultI(&made->qos.value)
+                                : made->qos.assign(qos);
+    if (code == DDS_RETCODE_OK) {
+        code = DDS_TopicQos_get_defaultI(&made->defaultTopicQos.value);
+    }
+    if (code == DDS_RETCODE_OK) {
+        made->portSlot = zuv::dds::reservePortSlot(domainId);
+        made->fast = guarded<fast::DomainParticipant *>("join the domain", nullptr, [made] {
+            return createFast(made->domainId, made->qos.value, made->portSlot);
+        });
+    }
+    if (made->fast == nullptr) {
+        zuv::dds::releasePortSlot(domainId, made->portSlot);
+        heapDelete(made);
+        return nullptr;
+    }
+    made->fastEntity = made->fast;
+    made->handle = toOurs(made->fast->get_instance_handle());
+    const std::lock_guard lock(factory.mutex);
+    factory.participants.push_back(made);
+    return made;
 }
 
 } // namespace
@@ -99,31 +135,7 @@ DDS_DomainParticipant *DDS_DomainParticipantFactory_create_participant(
         return nullptr;
     }
     auto *const participant = guarded<DDS_DomainParticipant *>(
-        "create participant", nullptr, [&]() -> DDS_DomainParticipant * {
-            auto *const made = heapNew<DDS_DomainParticipant>("DDS DomainParticipant");
-            if (made == nullptr) {
-                return nullptr;
-            }
-            made->domainId = domainId;
-            const bool hasQos =
-                (qos == &DDS_PARTICIPANT_QOS_DEFAULT
-                     ? DDS_DomainParticipantQos_get_defaultI(&made->qos.value)
-                     : made->qos.assign(*qos)) == DDS_RETCODE_OK &&
-                DDS_TopicQos_get_defaultI(&made->defaultTopicQos.value) == DDS_RETCODE_OK;
-            if (hasQos) {
-                made->fast = guarded<fast::DomainParticipant *>("join the domain", nullptr, [&] {
-                    return createFast(domainId, made->qos.value);
-                });
-            }
-            if (made->fast == nullptr) {
-                heapDelete(made);
-                return nullptr;
-            }
-            made->fastEntity = made->fast;
-            const std::lock_guard lock(self->mutex);
-            self->participants.push_back(made);
-            return made;
-        });
+        "create participant", nullptr, [&] { return makeParticipant(*self, domainId, *qos); });
     if (participant == nullptr) {
         ZUV_DDS_REPORT(&ZUV_LOG_CREATION_FAILURE_s, "participant");
     }
@@ -153,6 +165,7 @@ DDS_ReturnCode_t DDS_DomainParticipantFactory_delete_participant(DDS_DomainParti
         return code;
     }
     self->participants.erase(known);
+    zuv::dds::releasePortSlot(participant->domainId, participant->portSlot);
     heapDelete(participant);
     return DDS_RETCODE_OK;
 }

@@ -42,6 +42,7 @@ struct DDS_Entity {
     // Of the entity that made this one; null for a participant.
     DDS_Entity *factory = nullptr;
     eprosima::fastdds::dds::Entity *fastEntity = nullptr;
+    DDS_InstanceHandle_t handle = {}; // nil for topics
     DDS_StatusCondition condition{this};
 };
 
@@ -95,6 +96,7 @@ struct DDS_DomainParticipant final : DDS_Entity {
 
     eprosima::fastdds::dds::DomainParticipant *fast = nullptr;
     DDS_Long domainId = 0;
+    int portSlot = -1; // see DiscoveryPorts.hpp
     zuv::dds::OwnedDomainParticipantQos qos;
     zuv::dds::OwnedTopicQos defaultTopicQos;
 

@@ -53,6 +53,7 @@ DDS_DataWriter *makeWriter(DDS_Publisher &publisher, DDS_Topic &topic, const DDS
         return nullptr;
     }
     made->fastEntity = made->fast;
+    made->handle = toOurs(made->fast->get_instance_handle());
     zuv::dds::useTopic(topic, 1);
     const std::lock_guard lock(publisher.mutex);
     publisher.writers.push_back(made);

@@ -68,6 +68,7 @@ DDS_DataReader *makeReader(DDS_Subscriber &subscriber, DDS_TopicDescription &top
         return nullptr;
     }
     made->fastEntity = made->fast;
+    made->handle = toOurs(made->fast->get_instance_handle());
     zuv::dds::useTopic(topic, 1);
     const std::lock_guard lock(subscriber.mutex);
     subscriber.readers.push_back(made);
