@@ -1,5 +1,10 @@
 #include "FakeClient.h"
 
+#include <csignal>
+
+#include <pthread.h>
+
+#include "platform/osapi/Time.h"
 #include "platform/typesys/String.h"
 #include "remoteConfig/RemoteConfigClient.h"
 
@@ -41,6 +46,11 @@ int BRELRemoteConfigClient_initialize(BRELRemoteConfigClient *, int domainId,
 {
     fakeClient().domainId = domainId;
     fakeClient().timeout = responseTimeoutSec;
+    sigset_t blocked;
+    fakeClient().areSignalsBlocked = pthread_sigmask(SIG_SETMASK, nullptr, &blocked) == 0 &&
+                                     sigismember(&blocked, SIGINT) == 1 &&
+                                     sigismember(&blocked, SIGTERM) == 1 &&
+                                     sigismember(&blocked, SIGUSR1) == 1;
     return fakeClient().initializeResult;
 }
 
@@ -68,4 +78,9 @@ int BRELRemoteConfigClient_sendCommandWithUriOrAssignment(
 {
     fakeClient().sent.push_back({true, targetService, actionKind, entityName, xmlUrl, "", remote});
     return zuv_test::answer(reply);
+}
+
+extern "C" void __wrap_KOLM_Utility_sleep(const DDS_Duration_t *duration)
+{
+    fakeClient().pauses.push_back(DDS_Duration_to_nanoseconds(duration));
 }

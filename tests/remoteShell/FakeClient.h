@@ -3,6 +3,7 @@
 #ifndef ZUV_TESTS_REMOTE_SHELL_FAKE_CLIENT_H
 #define ZUV_TESTS_REMOTE_SHELL_FAKE_CLIENT_H
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -32,9 +33,12 @@ struct FakeClient {
     std::string reply = "done";
     // What initialize gives and got; how often finalize was called.
     int initializeResult = 1;
+    bool areSignalsBlocked = false; // when initialize was called
     int domainId = -1;
     int timeout = -1;
     int finalizeCount = 0;
+    // The pauses of the session, in nanoseconds; none is made.
+    std::vector<std::int64_t> pauses;
 };
 
 // The one that all calls meet.

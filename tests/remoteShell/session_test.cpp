@@ -19,20 +19,7 @@ namespace
 
 using zuv_test::fakeClient;
 
-// The pauses that were asked for, in nanoseconds.
-std::vector<int64_t> g_pauses;
-
 constexpr const char *kPrompt = "ZUV Brel Service > ";
-
-} // namespace
-
-extern "C" void __wrap_KOLM_Utility_sleep(const DDS_Duration_t *duration)
-{
-    g_pauses.push_back(DDS_Duration_to_nanoseconds(duration));
-}
-
-namespace
-{
 
 // A command file that is gone with the object.
 class CommandFile
@@ -60,7 +47,6 @@ protected:
         BRELLog_setUp();
         fakeClient() = {};
         fakeClient().reply = "ok";
-        g_pauses.clear();
     }
 
     // Everything that a session with this command file prints.
@@ -99,7 +85,7 @@ TEST_F(Session, runsEveryLineOfACommandFileThatEndsInANewLine)
 TEST_F(Session, leavesTimeForDiscoveryBeforeACommandFile)
 {
     play("hello\nhello\n");
-    EXPECT_EQ(g_pauses, (std::vector<int64_t>{3000000000}));
+    EXPECT_EQ(zuv_test::fakeClient().pauses, (std::vector<int64_t>{3000000000}));
 }
 
 TEST_F(Session, dropsALastLineWithoutANewLine)
