@@ -2,6 +2,7 @@
 
 #include <bit>
 #include <memory>
+#include <mutex>
 #include <new>
 #include <stdexcept>
 #include <string>
@@ -500,11 +501,7 @@ const Program *Program::compile(const DDS_TypeCode *type)
         if (ZUV_OSAPI_FAULT("typesys.compile")) {
             throw std::bad_alloc();
         }
-        TypeSlot &slot = *resolved->slot;
-        std::call_once(slot.compileOnce, [&slot, resolved] {
-            slot.program.store(Compiler::compile(*resolved).release(), std::memory_order_release);
-        });
-        const Program *program = slot.program.load(std::memory_order_acquire);
+        const Program *program = compileOnce(*resolved);
         if (type->slot != nullptr) {
             type->slot->program.store(program, std::memory_order_release);
         }
@@ -514,6 +511,30 @@ const Program *Program::compile(const DDS_TypeCode *type)
                 failure.what());
         return nullptr;
     }
+}
+
+const Program *Program::compileOnce(const DDS_TypeCode &type)
+{
+    // One compilation at a time; it comes back here for the types that its type refers to.
+    static std::recursive_mutex mutex;
+    static unsigned depth = 0;
+    constexpr unsigned kMaxDepth = 64;
+
+    const std::lock_guard lock(mutex);
+    const Program *program = type.slot->program.load(std::memory_order_acquire);
+    if (program != nullptr) {
+        return program;
+    }
+    if (depth == kMaxDepth) {
+        refuse(type, "it is nested too deep, or within itself");
+    }
+    struct Level {
+        Level() { ++depth; }
+        ~Level() { --depth; }
+    } level;
+    program = Compiler::compile(type).release();
+    type.slot->program.store(program, std::memory_order_release);
+    return program;
 }
 
 } // namespace zuv

@@ -110,6 +110,7 @@ private:
     friend class Compiler;
     Program() = default;
     static const Program *compile(const DDS_TypeCode *type);
+    static const Program *compileOnce(const DDS_TypeCode &type);
 
     std::vector<Op> ops_;
     std::vector<Op> keyOps_;

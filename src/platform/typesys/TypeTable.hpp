@@ -13,7 +13,6 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <mutex>
 #include <span>
 
 #include "platform/typesys/Md5.hpp"
@@ -27,7 +26,6 @@ class Program;
 
 // What is computed from a type code on first use and stays for the life of the process.
 struct TypeSlot {
-    std::once_flag compileOnce;
     std::atomic<const Program *> program{nullptr};
     std::atomic<std::uint32_t> programUsers{0};
 };

@@ -292,6 +292,27 @@ TEST(Program, OfATypeThatDoesNotFitItsMemoryIsRefused)
     EXPECT_EQ(ZUVSample_getSize(nullptr), 0u);
 }
 
+TEST(Program, OfATypeWithinItselfIsRefused)
+{
+    struct Node {
+        ZUVSequence children;
+    };
+    static constinit zuv::TypeSlot slot{};
+    static constinit zuv::TypeSlot childrenSlot{};
+    DDS_TypeCode children = {
+        .kind = DDS_TK_SEQUENCE, .length = DDS_UNBOUNDED, .slot = &childrenSlot};
+    const DDS_TypeCodeMember members[] = {
+        {.name = "children", .type = &children, .id = 1, .offset = 0, .size = sizeof(Node)}};
+    const DDS_TypeCode node = zuv::makeStruct("Node", sizeof(Node), DDS_EXTENSIBLE_EXTENSIBILITY,
+                                              zuv::kIsNested, members, &slot);
+    children.content = &node;
+    const zuv_test::LogCapture log;
+    EXPECT_EQ(ZUVSample_getSize(&node), 0u);
+    ASSERT_FALSE(log.lines().empty());
+    EXPECT_EQ(log.lines()[0].text, "!compile type Node: it is nested too deep, or within itself");
+    EXPECT_EQ(ZUVSample_getSize(&TestPoint_g_typecode), sizeof(TestPoint));
+}
+
 TEST(Program, IsCompiledLaterWhenItFailedFirst)
 {
     static constinit zuv::TypeSlot slot{};
