@@ -1,8 +1,5 @@
 #include "config/PartitionMatch.h"
 
-#include <algorithm>
-#include <ranges>
-
 #include "log/Log.h"
 #include "platform/mavo/String.h"
 
@@ -15,13 +12,17 @@ constexpr const char *kDefaultPartition = "";
 char g_defaultName[] = "";
 char *g_defaultNames[] = {g_defaultName};
 
-auto elementsOf(const DDS_StringSeq &partitions)
+// Whether the predicate holds for a partition of the sequence. A missing text is the empty one.
+template <typename Predicate>
+bool anyOf(const DDS_StringSeq &partitions, Predicate predicate)
 {
-    return std::views::iota(0, DDS_StringSeq_get_length(&partitions)) |
-           std::views::transform([&partitions](DDS_Long index) -> const char * {
-               const char *const element = DDS_StringSeq_get(&partitions, index);
-               return element != nullptr ? element : "";
-           });
+    for (DDS_Long index = 0; index < DDS_StringSeq_get_length(&partitions); ++index) {
+        const char *const partition = DDS_StringSeq_get(&partitions, index);
+        if (predicate(partition != nullptr ? partition : kDefaultPartition)) {
+            return true;
+        }
+    }
+    return false;
 }
 
 const DDS_StringSeq &orDefault(const DDS_StringSeq &partitions)
@@ -63,21 +64,22 @@ int BRELUtils_hasMatchingPartition(const DDS_StringSeq *partitionLeft,
     if (IS_NULL(partitionLeft) || IS_NULL(partitionRight)) {
         return 0;
     }
-    const auto lefts = elementsOf(orDefault(*partitionLeft));
-    const auto rights = elementsOf(orDefault(*partitionRight));
-    const bool rightPatternsOnly = std::ranges::all_of(rights, isPattern);
+    const DDS_StringSeq &rights = orDefault(*partitionRight);
+    const bool rightPatternsOnly =
+        !anyOf(rights, [](const char *right) { return !isPattern(right); });
     bool leftPatternsOnly = true;
-    for (const char *const left : lefts) {
+    const bool isMatched = anyOf(orDefault(*partitionLeft), [&](const char *left) {
         leftPatternsOnly = leftPatternsOnly && isPattern(left);
-        if (std::ranges::any_of(rights, [left](auto right) { return matches(left, right); }) ||
-            (rightPatternsOnly && matches(left, kDefaultPartition))) {
-            return 1;
-        }
+        return anyOf(rights, [left](const char *right) { return matches(left, right); }) ||
+               (rightPatternsOnly && matches(left, kDefaultPartition));
+    });
+    if (isMatched) {
+        return 1;
     }
     if (!leftPatternsOnly || rightPatternsOnly) {
         return leftPatternsOnly && rightPatternsOnly;
     }
-    return std::ranges::any_of(elementsOf(*partitionRight),
-                               [](auto right) { return matches(right, kDefaultPartition); });
+    return anyOf(*partitionRight,
+                 [](const char *right) { return matches(right, kDefaultPartition); });
 }
 }

@@ -35,7 +35,7 @@ private:
 
 } // namespace
 
-class FilterClassImpl : public fast::IContentFilterFactory
+class FilterClassImpl final : public fast::IContentFilterFactory
 {
 public:
     FastReturnCode create_content_filter(const char * /* className */, const char * /* typeName */,
