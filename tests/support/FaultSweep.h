@@ -16,11 +16,10 @@ namespace zuv_test
 // Run `body` with the first step failing, then with the second, and so on until none is left; and all that
 // again with each later step failing as well. `body` makes what it needs, releases it, and returns whether the
 // operation under test succeeded. A failure must have been reported, nothing may stay allocated, and a run
-// without a fault afterwards must succeed. No LogCapture may live meanwhile.
-template <typename Body>
+// without a fault afterwards must succeed. No LogCapture may live meanwhile. `kLimit` steps must be enough.
+template <std::uint32_t kLimit = 1000, typename Body>
 void sweepFaults(Body body)
 {
-    constexpr std::uint32_t kLimit = 1000;
     for (const int onward : {0, 1}) {
         std::uint32_t injected = 1;
         std::uint32_t count = 0;

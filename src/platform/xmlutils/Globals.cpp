@@ -114,15 +114,16 @@ bool start(Globals &self)
         return false;
     }
     self.isMemoryInstalled = true;
+    const ReserveScope reserve;
+    const std::uint32_t refusedBefore = refusedAllocations();
     xmlInitParser();
-    bool isStarted = false;
     {
         const LibraryScope scope;
         xmlSchemaInitTypes();
         xmlXPathInit();
         xsltInit();
-        isStarted = !scope.isOutOfMemory();
     }
+    const bool isStarted = refusedAllocations() == refusedBefore;
     self.loader = xmlGetExternalEntityLoader();
     xmlSetExternalEntityLoader(&loadEntity);
     xsltSetGenericErrorFunc(nullptr, &collectText);

@@ -90,6 +90,18 @@ bool installMemoryFunctions();
 // compares the count before and after.
 std::uint32_t refusedAllocations();
 
+// While one lives, libxml2 gets from a reserve what the heap refuses on this thread. Reading a document bears a
+// want of memory; schemas, stylesheets, copies and the making of text leak, and crash. So they run to their end,
+// and only then their caller, who sees the count above, throws the result away.
+class ReserveScope
+{
+public:
+    ReserveScope();
+    ~ReserveScope();
+    ReserveScope(const ReserveScope &) = delete;
+    ReserveScope &operator=(const ReserveScope &) = delete;
+};
+
 // The result of `body`, or `failure` when memory ran out, after `onFailure()`.
 template <typename Result, typename Body, typename OnFailure>
 Result withMemory(Result failure, OnFailure &&onFailure, Body &&body)

@@ -47,23 +47,18 @@ xmlNode *findChild(xmlNode *parent, std::string_view name)
 // since its path has one length.
 xmlNode *findPath(xmlNode *from, std::string_view path)
 {
-    if (path.empty()) {
-        return from;
-    }
-    std::size_t end = 0;
-    while (end != path.npos) {
-        end = path.find(kSeparator, end == 0 ? 0 : end + kSeparator.size());
+    for (std::size_t start = 0;;) {
+        const std::size_t end = path.find(kSeparator, start);
         xmlNode *const child = findChild(from, path.substr(0, end));
-        const bool isWhole = end == path.npos;
-        if (child != nullptr) {
-            xmlNode *const found =
-                isWhole ? child : findPath(child, path.substr(end + kSeparator.size()));
-            if (found != nullptr) {
-                return found;
-            }
+        if (end == path.npos) {
+            return child;
+        }
+        start = end + kSeparator.size();
+        xmlNode *const found = child != nullptr ? findPath(child, path.substr(start)) : nullptr;
+        if (found != nullptr) {
+            return found;
         }
     }
-    return nullptr;
 }
 
 std::size_t fullNameLength(const xmlNode *node)
@@ -244,7 +239,7 @@ ZUVXMLUTILSObject *ZUVXMLUTILSObject_lookUp(const ZUVXMLUTILSObject *self, const
         path.remove_prefix(kSeparator.size());
         from = xmlDocGetRootElement(from->doc);
     }
-    return toObject(findPath(from, path));
+    return toObject(path.empty() ? from : findPath(from, path));
 }
 
 ZUVXMLUTILSObject *ZUVXMLUTILSObject_lookUpChild(const ZUVXMLUTILSObject *self, const char *name)

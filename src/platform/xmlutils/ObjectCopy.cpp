@@ -34,6 +34,7 @@ int heightOf(const xmlNode *top)
 
 char *dump(const xmlNode *node)
 {
+    const ReserveScope reserve;
     LibraryScope scope;
     xmlBuffer *const buffer = xmlBufferCreate();
     char *text = nullptr;

@@ -85,16 +85,25 @@ HeapVector<NodePointer> copyChildren(const xmlNode *newRoot, xmlDoc *document, P
     return copies;
 }
 
+std::size_t countAttributes(const xmlNode *node)
+{
+    std::size_t count = 0;
+    for (const xmlAttr *at = node->properties; at != nullptr; at = at->next) {
+        ++count;
+    }
+    return count;
+}
+
 // The attributes that the root lacks, all or none.
 bool mergeAttributes(xmlNode *root, const xmlNode *newRoot)
 {
     HeapVector<xmlAttr *> added;
+    added.reserve(countAttributes(newRoot));
     for (const xmlAttr *from = newRoot->properties; from != nullptr; from = from->next) {
         const char *const name = reinterpret_cast<const char *>(from->name);
         if (from->ns != nullptr || findAttribute(root, name) != nullptr) {
             continue;
         }
-        added.reserve(added.size() + 1);
         if (!changeAttribute(root, name, valueOf(from), {.isFromProgram = false})) {
             for (xmlAttr *const attribute : added) {
                 removeAttribute(root, attribute);

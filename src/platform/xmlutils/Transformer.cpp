@@ -81,14 +81,14 @@ DocumentPointer documentOfCopy(const xmlNode *element)
 {
     const LibraryScope scope;
     DocumentPointer document(xmlNewDoc(toXml("1.0")));
-    if (document == nullptr) {
+    if (document == nullptr || scope.isOutOfMemory()) {
         return nullptr;
     }
-    xmlNode *const copy = copySubtree(element, document.get());
-    if (copy == nullptr || scope.isOutOfMemory()) {
+    NodePointer copy(copySubtree(element, document.get()));
+    if (copy == nullptr) {
         return nullptr;
     }
-    xmlDocSetRootElement(document.get(), copy);
+    xmlDocSetRootElement(document.get(), copy.release());
     return document;
 }
 
@@ -106,6 +106,7 @@ ZUVXMLUTILSTransformer *newTransformer(DocumentPointer document, Problem &proble
     if (document == nullptr) {
         return nullptr;
     }
+    const ReserveScope reserve;
     LibraryScope scope;
     const auto onFailure = [&] { scope.problem.set(0, "", Problem::kOutOfMemory); };
     auto *const self = withMemory<ZUVXMLUTILSTransformer *>(nullptr, onFailure, [&] {
@@ -153,6 +154,7 @@ ZUVXMLUTILSObject *transform(const ZUVXMLUTILSTransformer &self, xmlNode *elemen
                              const ZUVXMLUTILSTransformationParameter *parameters, int count,
                              Problem &problem)
 {
+    const ReserveScope reserve;
     LibraryScope scope;
     const auto onFailure = [&] { scope.problem.set(0, "", Problem::kOutOfMemory); };
     DocumentPointer result = withMemory(DocumentPointer(), onFailure, [&] {

@@ -402,6 +402,7 @@ void destroy(xmlNode *top)
 
 xmlNode *copySubtree(const xmlNode *node, xmlDoc *document)
 {
+    const ReserveScope reserve;
     const LibraryScope scope;
     NodePointer copy(xmlDocCopyNode(const_cast<xmlNode *>(node), document, 1));
     if (copy == nullptr || scope.isOutOfMemory()) {

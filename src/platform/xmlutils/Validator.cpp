@@ -32,6 +32,7 @@ const xmlChar *toXml(const char *text)
 
 SchemaPointer compile(xmlDoc *document, Problem &problem)
 {
+    const ReserveScope reserve;
     LibraryScope scope;
     SchemaPointer schema;
     const SchemaParserPointer parser(xmlSchemaNewDocParserCtxt(document));
@@ -127,6 +128,7 @@ bool addRoots(ZUVXMLUTILSValidator &self, const ZUVXMLUTILSPropertyList &roots, 
 
 bool validate(const ZUVXMLUTILSValidator &self, xmlNode *element, Problem &problem)
 {
+    const ReserveScope reserve;
     LibraryScope scope;
     const ValidationPointer validation(xmlSchemaNewValidCtxt(self.schema.get()));
     int status = -1;

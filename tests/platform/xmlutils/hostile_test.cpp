@@ -1,0 +1,174 @@
+// Documents from strangers: refused at once, with one line, and without touching anything.
+#include <ctime>
+#include <functional>
+
+#include "XmlTest.h"
+
+namespace zuv_test
+{
+namespace
+{
+
+std::string repeated(std::string_view text, std::size_t count)
+{
+    std::string result;
+    result.reserve(text.size() * count);
+    for (std::size_t index = 0; index < count; ++index) {
+        result += text;
+    }
+    return result;
+}
+
+constexpr std::size_t kTenMegabytes = 10 * 1024 * 1024;
+
+struct Case {
+    const char *name;
+    std::function<std::string()> document;
+    const char *report;
+};
+
+const Case kCases[] = {
+    {"doctype", [] { return "<!DOCTYPE dds><dds/>"; },
+     "!accept text, line 1: a DOCTYPE is not allowed"},
+    {"manyLaughs",
+     [] {
+         return "<?xml version='1.0'?>\n<!DOCTYPE d [<!ENTITY a 'ha'><!ENTITY b '&a;&a;&a;'>"
+                "<!ENTITY c '&b;&b;&b;'>]>\n<d>&c;</d>";
+     },
+     "!accept text, line 2: a DOCTYPE is not allowed"},
+    {"externalEntity",
+     [] { return "<!DOCTYPE d [<!ENTITY x SYSTEM 'file:///etc/passwd'>]><d>&x;</d>"; },
+     "!accept text, line 1: a DOCTYPE is not allowed"},
+    {"externalSubset", [] { return "<!DOCTYPE d SYSTEM 'http://127.0.0.1/d.dtd'><d/>"; },
+     "!accept text, line 1: a DOCTYPE is not allowed"},
+    {"doctypeWithin", [] { return "<d>\n<!DOCTYPE d></d>"; },
+     "!accept text, line 2: a DOCTYPE is not allowed"},
+    {"xinclude",
+     [] {
+         return "<d xmlns:xi='http://www.w3.org/2001/XInclude'>"
+                "<xi:include href='/etc/passwd' parse='text'/></d>";
+     },
+     "!accept text, line 1: element <include>: XInclude is not allowed"},
+    {"schemaLocation",
+     [] {
+         return "<d xmlns:x='http://www.w3.org/2001/XMLSchema-instance'"
+                " x:schemaLocation='urn:x http://127.0.0.1/x.xsd'/>";
+     },
+     "!accept text, line 1: element <d>: the attribute schemaLocation is not allowed"},
+    {"nesting", [] { return repeated("<a>", 100000); },
+     "!accept text, line 1: element <a>: elements are nested more than 100 deep"},
+    {"longText", [] { return "<d>\n<t>" + std::string(kTenMegabytes, 'x') + "</t></d>"; },
+     "!accept text, line 2: element <t>: a text, comment or tag is longer than 1048576 bytes"},
+    {"longTextOfManyReferences",
+     [] { return "<t>" + repeated("&lt;", kTenMegabytes / 4) + "</t>"; },
+     "!accept text, line 1: element <t>: a text, comment or tag is longer than 1048576 bytes"},
+    {"longTextInManySections",
+     [] { return "<t>" + repeated("<![CDATA[<<<<<<<<<<]]>", 200000) + "</t>"; },
+     "!accept text, line 1: element <t>: a text is longer than 1048576 bytes"},
+    {"longAttribute", [] { return "<d x='" + std::string(kTenMegabytes, 'x') + "'/>"; },
+     "!accept text, line 1: element <d>: a text, comment or tag is longer than 1048576 bytes"},
+    {"longComment", [] { return "<d><!--" + repeated("<a>", kTenMegabytes / 3) + "--></d>"; },
+     "!accept text, line 1: a text, comment or tag is longer than 1048576 bytes"},
+    {"manyAttributes",
+     [] {
+         std::string text = "<d";
+         for (int index = 0; index < 100000; ++index) {
+             text += " a" + std::to_string(index) + "=''";
+         }
+         return text + "/>";
+     },
+     "!accept text, line 1: element <d>: the element has more than 64 attributes"},
+    {"utf16", [] { return std::string("\xff\xfe<\0d\0/\0>\0", 10); },
+     "!accept text, line 1: the document is not encoded in UTF-8"},
+    {"utf16WithoutMark", [] { return std::string("<\0d\0/\0>\0", 8); },
+     "!accept text, line 1: the document is not encoded in UTF-8"},
+    {"otherEncoding", [] { return "<?xml version='1.0' encoding='UTF-7'?><d/>"; },
+     "!accept text, line 1: the document declares another encoding than UTF-8"},
+    {"brokenUtf8", [] { return "<d>\n\xc3\x28</d>"; },
+     "!accept text, line 2: element <d>: Input is not proper UTF-8, indicate encoding ! Bytes: "
+     "0xC3 "
+     "0x28 0x3C 0x2F"},
+    {"overlongUtf8", [] { return "<d>\xc0\xaf</d>"; },
+     "!accept text, line 1: element <d>: Input is not proper UTF-8, indicate encoding ! Bytes: "
+     "0xC0 "
+     "0xAF 0x3C 0x2F"},
+    {"nul", [] { return std::string("<dds>\n\0</dds>", 13); },
+     "!accept text, line 2: the document holds a NUL character"},
+    {"control", [] { return "<d>\x01</d>"; },
+     "!accept text, line 1: element <d>: PCDATA invalid Char value 1"},
+    {"longName", [] { return "<d><r name='" + std::string(300, 'n') + "'/></d>"; },
+     "!accept text, line 1: element <r>: the element's name has more than 255 characters"},
+    {"longTag", [] { return "<" + std::string(300, 't') + "/>"; },
+     "!accept text, line 1: element "
+     "<tttttttttttttttttttttttttttttttttttttttttttttttttttttttttttttttt>: the element's tag has "
+     "more "
+     "than 255 characters"},
+    {"longAttributeName", [] { return "<d " + std::string(300, 'a') + "='1'/>"; },
+     "!accept text, line 1: element <d>: the name of an attribute has more than 255 characters"},
+    {"manyErrors", [] { return "<d>" + repeated("&x;", kTenMegabytes / 3) + "</d>"; },
+     "!accept text, line 1: element <d>: a text, comment or tag is longer than 1048576 bytes"},
+    {"manyErrorsInTags", [] { return "<d>" + repeated("<a>&x;</a>", kTenMegabytes / 10) + "</d>"; },
+     "!accept text, line 1: element <a>: Entity 'x' not defined"},
+    {"manyErrorsInComments", [] { return "<d>" + repeated("<!-- -- -->", kTenMegabytes / 11); },
+     "!accept text, line 1: element <d>: Double hyphen within comment: <!--"},
+    {"manyErrorsInAttributes", [] { return "<d>" + repeated("<a b='<'/>", kTenMegabytes / 10); },
+     "!accept text, line 1: element <d>: Unescaped '<' not allowed in attributes values"},
+    {"manyBadPrefixes", [] { return "<d>" + repeated("<x:a/>", kTenMegabytes / 6) + "</d>"; },
+     "!accept text, line 1: element <d>: Namespace prefix x on a is not defined"},
+};
+
+// The processor's time of this thread: the machine may have other work.
+double cpuMilliseconds()
+{
+    timespec now = {};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
+}
+
+ZUVOsapiHeapStatistics heapStatistics()
+{
+    ZUVOsapiHeapStatistics now;
+    ZUVOsapiHeap_getStatistics(&now);
+    return now;
+}
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr double kSlowness = 10;
+#else
+constexpr double kSlowness = 1;
+#endif
+
+class XmlHostile : public XmlTest, public testing::WithParamInterface<Case>
+{
+};
+
+INSTANTIATE_TEST_SUITE_P(documents, XmlHostile, testing::ValuesIn(kCases),
+                         [](const auto &tested) { return std::string(tested.param.name); });
+
+TEST_P(XmlHostile, isRefusedAtOnceWithOneLine)
+{
+    // Through a file, since a text would end at a NUL.
+    const Folder folder;
+    const std::string content = GetParam().document();
+    const std::string path = folder.write("text", content);
+    const ZUVOsapiHeapStatistics before = heapStatistics();
+    const double start = cpuMilliseconds();
+    EXPECT_EQ(ZUVXMLUTILSParser_parseFile(path.c_str()), nullptr);
+    EXPECT_LT(cpuMilliseconds() - start, 100 * kSlowness);
+    // The highest mark of the process tells when this document moved it.
+    const ZUVOsapiHeapStatistics after = heapStatistics();
+    if (after.peakByteCount > before.peakByteCount) {
+        EXPECT_LT(after.peakByteCount - before.liveByteCount, 4 * content.size() + 256 * 1024);
+    }
+
+    std::string report = GetParam().report;
+    report.replace(report.find("text"), 4, path);
+    EXPECT_TRUE(log.isExactly(
+        {{report.find("element") != report.npos ? &ZUVXMLUTILS_LOG_DOCUMENT_FAILURE_sdss
+                                                : &ZUVXMLUTILS_LOG_DOCUMENT_FAILURE_sds,
+          report},
+         {&ZUVXMLUTILS_LOG_PARSER_LOAD_FILE_s, "!load file '" + path + "'"}}));
+}
+
+} // namespace
+} // namespace zuv_test
