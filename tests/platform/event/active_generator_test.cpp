@@ -204,6 +204,8 @@ TEST_F(Generator, anInfiniteTimeIsNeverReached)
     standing_.set(0x2FFFFFFFF);
     note(0xFFFFFFFE, 3);
     EXPECT_EQ(journal_.waitFor(1), (Entries{3}));
+    note(0xFFFFFFFE, 4); // behind the others, had they been due
+    EXPECT_EQ(journal_.waitFor(2), (Entries{3, 4}));
 }
 
 TEST_F(Generator, theCallbackIsToldAllItsTimes)
