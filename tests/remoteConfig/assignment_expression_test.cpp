@@ -229,7 +229,7 @@ TEST(AssignmentExpression, hasTheLengthThatFollowsFromItsParts)
         return result;
     };
     const zuv_test::HeapCheck heap;
-    for (int round = 0; round < 20000; ++round) {
+    for (int round = 0; round < 5000; ++round) {
         std::vector<std::string> path = {"route"};
         for (unsigned count = random() % 31; count > 0; --count) {
             path.push_back("n" + text("abc_<&'", 9));
