@@ -2,6 +2,8 @@
 #include "remoteConfig/ServiceAdmin.h"
 
 #include <cstring>
+#include <fstream>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -437,6 +439,60 @@ TEST_F(AdminTypes, PooledRequestsHoldNoApplicationName)
     plugin->returnSample(endpoint, sample);
     plugin->onEndpointDetached(endpoint);
     ZUV_Service_Admin_CommandRequestPlugin_delete(plugin);
+}
+
+// The members of each named sample, as another implementation of the representation serializes them.
+TEST_F(AdminTypes, AreTheSameOctetsFromAnotherImplementation)
+{
+    std::map<std::string, std::string> vectors;
+    std::ifstream file(ADMIN_VECTORS);
+    for (std::string name, octets; file >> name >> octets;) {
+        vectors[name] = octets;
+    }
+    const auto hexOf = [](const DDS_TypeCode &type, const void *sample) {
+        Octets payload(ZUVCodec_getSize(&type, DDS_BOOLEAN_TRUE, sample));
+        DDS_UnsignedLong length = 0;
+        EXPECT_TRUE(ZUVCodec_serialize(&type, sample, payload.data(),
+                                       static_cast<DDS_UnsignedLong>(payload.size()), &length));
+        std::string hex;
+        for (std::size_t i = 4; i + payload[3] < payload.size(); ++i) {
+            constexpr char kDigits[] = "0123456789abcdef";
+            hex += kDigits[payload[i] >> 4];
+            hex += kDigits[payload[i] & 15];
+        }
+        return hex;
+    };
+    const DDS_TypeCode &requestType = ZUV_Service_Admin_CommandRequest_g_typecode;
+    const DDS_TypeCode &replyType = ZUV_Service_Admin_CommandReply_g_typecode;
+
+    EXPECT_EQ(hexOf(requestType, &request_), vectors["request_empty"]);
+    fill();
+    request_.instance_id = 0;
+    DDS_String_replace(&request_.resource_identifier, "domain_route.dr1\n");
+    EXPECT_EQ(hexOf(requestType, &request_), vectors["request_enable"]);
+    request_.instance_id = -2;
+    request_.action = ZUV_Service_Admin_CommandActionKind_DELETE_ACTION;
+    DDS_String_replace(&request_.resource_identifier, "");
+    DDS_String_replace(&request_.string_body, "abc");
+    const DDS_Octet octets[] = {1, 2, 3};
+    DDS_OctetSeq_from_array(&request_.octet_body, octets, 3);
+    EXPECT_EQ(hexOf(requestType, &request_), vectors["request_odd_sizes"]);
+    request_.instance_id = 0;
+    request_.action = ZUV_Service_Admin_CommandActionKind_GET_ACTION;
+    DDS_String_replace(&request_.application_name, std::string(255, 'a').c_str());
+    DDS_String_replace(&request_.resource_identifier, std::string(2048, 'r').c_str());
+    DDS_String_replace(&request_.string_body, "");
+    DDS_OctetSeq_set_length(&request_.octet_body, 0);
+    EXPECT_EQ(hexOf(requestType, &request_), vectors["request_bounds"]);
+
+    EXPECT_EQ(hexOf(replyType, &reply_), vectors["reply_empty"]);
+    reply_.retcode = ZUV_Service_Admin_CommandReplyRetcode_ERROR_RETCODE;
+    reply_.native_retcode = 0x01020304;
+    DDS_String_replace(&reply_.string_body, "no such entity");
+    setTag("resource://state");
+    DDS_OctetSeq_copy(&reply_.octet_body, &request_.octet_body);
+    EXPECT_EQ(hexOf(replyType, &reply_), vectors["reply_error"]);
+    EXPECT_EQ(vectors.size(), 6u);
 }
 
 TEST(AdminVocabulary, HasItsLiterals)

@@ -59,10 +59,20 @@ public:
         if (aligned > capacity_) {
             return false;
         }
-        while (position < aligned) {
-            begin_[position++] = 0;
+        switch (aligned - position) { // a loop would become a call
+        case 3:
+            begin_[aligned - 3] = 0;
+            [[fallthrough]];
+        case 2:
+            begin_[aligned - 2] = 0;
+            [[fallthrough]];
+        case 1:
+            begin_[aligned - 1] = 0;
+            [[fallthrough]];
+        default:
+            position = aligned;
+            return true;
         }
-        return true;
     }
 
     bool octet(std::size_t &position, std::uint8_t value) const
@@ -76,11 +86,13 @@ public:
 
     bool word(std::size_t &position, std::uint32_t value) const
     {
-        if (!align(position, sizeof(value)) || capacity_ - position < sizeof(value)) {
+        const std::size_t aligned = alignedUp(position, sizeof(value));
+        if (aligned + sizeof(value) > capacity_) {
             return false;
         }
-        patch(position, value);
-        position += sizeof(value);
+        patch(position, 0); // covers the padding
+        patch(aligned, value);
+        position = aligned + sizeof(value);
         return true;
     }
 

@@ -1,9 +1,12 @@
 #include "platform/typesys/Sample.h"
 
+#include <cstring>
+
 #include "platform/log/DDSLog.h"
 #include "platform/log/LogMessages.h"
 #include "platform/osapi/Heap.h"
 #include "platform/typesys/SampleOps.hpp"
+#include "platform/typesys/TypeTable.hpp"
 
 namespace
 {
@@ -46,6 +49,9 @@ DDS_Boolean ZUVSample_initializeWithParams(const DDS_TypeCode *type, void *self,
                                            const DDS_TypeAllocationParams_t *params)
 {
     const zuv::Program *program = zuv::Program::of(type);
+    if (program == nullptr && type != nullptr && self != nullptr) {
+        std::memset(self, 0, type->size); // as after every failure: finalizing does no harm
+    }
     return program != nullptr && !isNull(self, "self == ((void *)0)") &&
            !isNull(params, "allocParams == ((void *)0)") &&
            zuv::initializeSample(*program, self, *params);

@@ -13,6 +13,7 @@ namespace zuv
 namespace
 {
 
+constexpr const char *kTextTag = "DDS_String";
 constexpr const char *kOptionalTag = "DDS_OptionalMember";
 
 bool reportBeyondBound(const char *what, std::uint64_t length, std::uint32_t bound)
@@ -136,8 +137,10 @@ void finalizeSequence(const Op &op, ZUVSequence *sequence)
 
 void finalizeText(char **slot)
 {
-    DDS_String_free(*slot);
-    *slot = nullptr;
+    if (*slot != nullptr) {
+        DDS_String_free(*slot);
+        *slot = nullptr;
+    }
 }
 
 bool copyText(const Op &op, char **destination, const char *source)
@@ -412,13 +415,15 @@ bool resetOp(const Op &op, void *base)
 
 bool exchangeText(char **slot, std::size_t size)
 {
-    char *storage = DDS_String_alloc(size - 1);
+    char *storage = static_cast<char *>(ZUVOsapiHeap_allocate(size, kTextTag));
     if (storage == nullptr) {
         ZUV_LOG(DDS, ZUV_LOG_BIT_EXCEPTION, DDS_SUBMODULE_TYPES,
                 &ZUV_OSAPI_MEMORY_LOG_OUT_OF_HEAP_STRING_d, static_cast<int>(size - 1));
         return false;
     }
-    DDS_String_free(*slot);
+    if (*slot != nullptr) {
+        ZUVOsapiHeap_free(*slot);
+    }
     *slot = storage;
     return true;
 }

@@ -41,7 +41,7 @@ char *DDS_String_replace(char **text, const char *newText)
         return nullptr;
     }
     const size_t size = std::strlen(newText) + 1;
-    if (ZUVOsapiHeap_getBlockSize(*text) < size) {
+    if (*text == nullptr || ZUVOsapiHeap_getBlockSize(*text) < size) {
         char *storage = static_cast<char *>(ZUVOsapiHeap_allocate(size, kTag));
         if (storage == nullptr) {
             return nullptr;
