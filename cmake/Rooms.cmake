@@ -11,6 +11,10 @@ target_compile_options(zuv_settings INTERFACE
     -Wall -Wextra -Wpedantic -Werror -Wshadow -Wno-gnu-zero-variadic-macro-arguments
     -fno-omit-frame-pointer -fvisibility=default)
 target_compile_definitions(zuv_settings INTERFACE _GNU_SOURCE)
+if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+    # Lets ccache see through precompiled headers.
+    target_compile_options(zuv_settings INTERFACE -fpch-preprocess)
+endif()
 if(ZUV_SANITIZE)
     target_compile_options(zuv_settings INTERFACE -fsanitize=${ZUV_SANITIZE} -fno-sanitize-recover=all)
     target_link_options(zuv_settings INTERFACE -fsanitize=${ZUV_SANITIZE})
@@ -20,9 +24,10 @@ if(ZUV_BUILD_FUZZERS)
     target_compile_options(zuv_settings INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
-# zuv_room(<name> [USES <room>...] [PRIVATE <imported library>...])
+# zuv_room(<name> [USES <room>...] [PRIVATE <imported library>...] [PRECOMPILE <header>...])
+# PRECOMPILE: third-party headers of which most sources of the room include some, compiled once for all.
 function(zuv_room name)
-    cmake_parse_arguments(ROOM "" "" "USES;PRIVATE" ${ARGN})
+    cmake_parse_arguments(ROOM "" "" "USES;PRIVATE;PRECOMPILE" ${ARGN})
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.c)
     if(NOT sources)
         # Headers alone.
@@ -32,15 +37,28 @@ function(zuv_room name)
     endif()
     add_library(${name} STATIC ${sources})
     target_link_libraries(${name} PUBLIC zuv_settings ${ROOM_USES} PRIVATE ${ROOM_PRIVATE})
+    if(ROOM_PRECOMPILE)
+        target_precompile_headers(${name} PRIVATE ${ROOM_PRECOMPILE})
+    endif()
 endfunction()
 
-# zuv_test(<name> USES <room>...): one test program of all *.cpp of the folder.
+# What runs under the thread sanitizer: the test programs with the label "threads".
+add_custom_target(threaded_tests)
+
+# zuv_test(<name> USES <room>... [LABELS <label>...]): one test program of all *.cpp of the folder.
 # Each test runs with the loopback profile in its environment.
 function(zuv_test name)
     cmake_parse_arguments(TEST "" "TIMEOUT" "USES;LABELS" ${ARGN})
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
     add_executable(${name} ${sources})
     target_link_libraries(${name} PRIVATE test_support ${TEST_USES} GTest::gmock GTest::gtest_main)
+    # Code of the same kind as that of test_support, whose precompiled headers serve all test programs.
+    set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE OFF)
+    target_compile_options(${name} PRIVATE -fPIC)
+    target_precompile_headers(${name} REUSE_FROM test_support)
+    if("threads" IN_LIST TEST_LABELS)
+        add_dependencies(threaded_tests ${name})
+    endif()
     if(NOT TEST_TIMEOUT)
         set(TEST_TIMEOUT 120)
     endif()

@@ -137,7 +137,8 @@ TEST(CommandFile, whatStandsBehindExitIsNotPlayed)
 {
     const ProcessResult result = runCommandFile("exit\nbogus\n", 1);
     EXPECT_EQ(result.status, 0);
-    EXPECT_THAT(result.output, EndsWith(std::string(kPrompt) + "exit \nStopping...\n"));
+    std::string end(kPrompt);
+    EXPECT_THAT(result.output, EndsWith(end.append("exit \nStopping...\n")));
 }
 
 } // namespace
