@@ -27,7 +27,7 @@ Clock::time_point inNanoseconds(int64_t nanoseconds)
 } // namespace
 
 struct ZUVOsapiSemaphore {
-    explicit ZUVOsapiSemaphore(ZUVOsapiSemaphoreKind semaphoreKind)
+    explicit ZUVOsapiSemaphore(int semaphoreKind)
         : kind(semaphoreKind), isAvailable(kind == ZUV_OSAPI_SEMAPHORE_KIND_MUTEX)
     {
     }
@@ -45,7 +45,7 @@ struct ZUVOsapiSemaphore {
         return span > 0 ? given.wait_until(lock, inNanoseconds(span), available) : isAvailable;
     }
 
-    const ZUVOsapiSemaphoreKind kind;
+    const int kind;
     std::mutex guard;
     std::condition_variable given;
     bool isAvailable;
@@ -55,8 +55,7 @@ struct ZUVOsapiSemaphore {
 
 extern "C" {
 
-ZUVOsapiSemaphore *ZUVOsapiSemaphore_new(ZUVOsapiSemaphoreKind kind,
-                                         const struct ZUVOsapiSemaphoreProperty *property)
+ZUVOsapiSemaphore *ZUVOsapiSemaphore_new(int kind, const struct ZUVOsapiSemaphoreProperty *property)
 {
     const bool isKind =
         kind == ZUV_OSAPI_SEMAPHORE_KIND_BINARY || kind == ZUV_OSAPI_SEMAPHORE_KIND_MUTEX;

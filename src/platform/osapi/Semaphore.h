@@ -28,9 +28,9 @@ typedef enum ZUVOsapiSemaphoreStatus {
 /* No such settings exist; the place of the argument stands for the defaults. */
 struct ZUVOsapiSemaphoreProperty;
 
-/* `property` must be NULL. NULL when there is no memory, or for another kind or property. Release with
- * ZUVOsapiSemaphore_delete. */
-ZUVOsapiSemaphore *ZUVOsapiSemaphore_new(ZUVOsapiSemaphoreKind kind,
+/* `kind` is a ZUVOsapiSemaphoreKind; `property` must be NULL. NULL when there is no memory, or for another kind
+ * or property. Release with ZUVOsapiSemaphore_delete. */
+ZUVOsapiSemaphore *ZUVOsapiSemaphore_new(int kind,
                                          const struct ZUVOsapiSemaphoreProperty *property);
 
 /* Wait until the semaphore can be taken, at most for the span `timeout`, and take it. Zero and less does

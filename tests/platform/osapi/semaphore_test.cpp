@@ -162,7 +162,7 @@ TEST(MutexSemaphore, guardsWhatEightThreadsChange)
 
 TEST(SemaphoreFailure, anUnknownKindOrAnySettingIsRefused)
 {
-    EXPECT_EQ(ZUVOsapiSemaphore_new(static_cast<ZUVOsapiSemaphoreKind>(2), nullptr), nullptr);
+    EXPECT_EQ(ZUVOsapiSemaphore_new(2, nullptr), nullptr);
     const auto *property = reinterpret_cast<const ZUVOsapiSemaphoreProperty *>(&kTenMilliseconds);
     EXPECT_EQ(ZUVOsapiSemaphore_new(ZUV_OSAPI_SEMAPHORE_KIND_BINARY, property), nullptr);
 }
