@@ -61,36 +61,36 @@ xmlNode *findPath(xmlNode *from, std::string_view path)
     }
 }
 
-std::size_t fullNameLength(const xmlNode *node)
+// The cached name, made from that of the element around; null when there is no memory.
+const FullName *fullNameOf(xmlNode *node)
 {
-    std::size_t length = 0;
-    for (; parentOf(node) != nullptr; node = parentOf(node)) {
-        const std::string_view name = nameOf(node);
-        length += name.empty() ? 0 : kSeparator.size() + name.size();
+    NodeRecord *const record = needRecord(node);
+    if (record == nullptr || record->fullName != nullptr) {
+        return record != nullptr ? record->fullName : nullptr;
     }
-    return std::max(length, kSeparator.size());
-}
-
-FullName *newFullName(const xmlNode *node)
-{
-    const std::size_t length = fullNameLength(node);
+    std::string_view outer;
+    if (xmlNode *const parent = parentOf(node)) {
+        const FullName *const outerName = fullNameOf(parent);
+        if (outerName == nullptr) {
+            return nullptr;
+        }
+        outer = outerName->text;
+    }
+    // The root has no segment.
+    const std::string_view name = parentOf(node) != nullptr ? nameOf(node) : "";
+    const std::string_view separator =
+        outer.empty() || (!name.empty() && outer != kSeparator) ? kSeparator : "";
+    const std::size_t length = outer.size() + separator.size() + name.size();
     auto *const fullName = static_cast<FullName *>(
         ZUVOsapiHeap_allocate(offsetof(FullName, text) + length + 1, "xml"));
-    if (fullName == nullptr) {
-        return nullptr;
-    }
-    kSeparator.copy(fullName->text, kSeparator.size());
-    char *end = fullName->text + length;
-    *end = '\0';
-    for (; parentOf(node) != nullptr; node = parentOf(node)) {
-        if (const std::string_view name = nameOf(node); !name.empty()) {
-            end -= name.size();
-            name.copy(end, name.size());
-            end -= kSeparator.size();
-            kSeparator.copy(end, kSeparator.size());
+    if (fullName != nullptr) {
+        char *end = fullName->text;
+        for (const std::string_view part : {outer, separator, name}) {
+            end += part.copy(end, part.size());
         }
+        *end = '\0';
     }
-    return fullName;
+    return record->fullName = fullName;
 }
 
 } // namespace
@@ -215,17 +215,14 @@ const char *ZUVXMLUTILSObject_getFullyQualifiedName(const ZUVXMLUTILSObject *sel
     if (ZUV_XML_IS_NULL(OBJECT, self)) {
         return nullptr;
     }
-    NodeRecord *const record =
-        ZUV_OSAPI_FAULT("xmlutils.full_name") ? nullptr : needRecord(toNode(self));
-    if (record != nullptr && record->fullName == nullptr) {
-        record->fullName = newFullName(toNode(self));
-    }
-    if (record == nullptr || record->fullName == nullptr) {
+    const FullName *const fullName =
+        ZUV_OSAPI_FAULT("xmlutils.full_name") ? nullptr : fullNameOf(toNode(self));
+    if (fullName == nullptr) {
         ZUV_XML_REPORT(ZUVXMLUTILS_SUBMODULE_OBJECT, &ZUV_LOG_GET_FAILURE_s,
                        "fully qualified name of element");
         return nullptr;
     }
-    return record->fullName->text;
+    return fullName->text;
 }
 
 ZUVXMLUTILSObject *ZUVXMLUTILSObject_lookUp(const ZUVXMLUTILSObject *self, const char *fullName)

@@ -1,5 +1,6 @@
 #include "platform/xmlutils/Reader.hpp"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -24,6 +25,7 @@ struct Reading {
     Problem *problem;
     std::string_view bytes;
     DocumentKind kind;
+    bool hasLongNames;
     std::size_t textLength = 0;
 };
 
@@ -63,29 +65,42 @@ struct RawAttribute {
 };
 static_assert(sizeof(RawAttribute) == 5 * sizeof(const xmlChar *));
 
-const char *whatIsWrong(std::string_view tag, std::string_view uri, const RawAttribute *attributes,
-                        int count)
+bool hasLongName(std::string_view tag, const RawAttribute *attributes, int count)
 {
-    if (isNameTooLong(tag)) {
-        return "the element's tag has more than 255 characters";
+    return isNameTooLong(tag) ||
+           std::any_of(attributes, attributes + count, [](const RawAttribute &attribute) {
+               return isNameTooLong(view(attribute.name)) ||
+                      (view(attribute.name) == "name" && isNameTooLong(attribute.text()));
+           });
+}
+
+bool isSchemaLocation(const RawAttribute &attribute)
+{
+    return attribute.uri != nullptr && view(attribute.name) == "schemaLocation" &&
+           view(attribute.uri) == "http://www.w3.org/2001/XMLSchema-instance";
+}
+
+const char *whatIsWrong(const xmlParserCtxt &parser, const xmlChar *tag, const xmlChar *uri,
+                        const RawAttribute *attributes, int count)
+{
+    if (parser.nodeNr >= ZUVXMLUTILS_DEPTH_MAX) {
+        return "elements are nested more than 100 deep";
+        static_assert(ZUVXMLUTILS_DEPTH_MAX == 100);
     }
-    if (uri == "http://www.w3.org/2001/XInclude") {
+    if (uri != nullptr && view(uri) == "http://www.w3.org/2001/XInclude") {
         return "XInclude is not allowed";
     }
-    for (const RawAttribute *at = attributes; at != attributes + count; ++at) {
-        if (isNameTooLong(view(at->name))) {
-            return "the name of an attribute has more than 255 characters";
-        }
-        if (view(at->name) == "name" && isNameTooLong(at->text())) {
-            return "the element's name has more than 255 characters";
-        }
-        if (view(at->name) == "schemaLocation" &&
-            view(at->uri) == "http://www.w3.org/2001/XMLSchema-instance") {
-            return "the attribute schemaLocation is not allowed";
-        }
+    if (std::any_of(attributes, attributes + count, isSchemaLocation)) {
+        return "the attribute schemaLocation is not allowed";
+    }
+    const Reading &reading = *static_cast<const Reading *>(parser._private);
+    if (reading.hasLongNames && hasLongName(view(tag), attributes, count)) {
+        return "a name or tag has more than 255 characters";
+        static_assert(ZUVXMLUTILS_NAME_LENGTH_MAX == 255);
     }
     return nullptr;
 }
+
 void startElement(void *context, const xmlChar *name, const xmlChar *prefix, const xmlChar *uri,
                   int namespaceCount, const xmlChar **namespaces, int attributeCount,
                   int defaultedCount, const xmlChar **attributes)
@@ -94,19 +109,15 @@ void startElement(void *context, const xmlChar *name, const xmlChar *prefix, con
     Reading &reading = readingOf(parser);
     reading.textLength = 0;
     const long line = parser->input->line;
-    const char *const wrong =
-        parser->nodeNr >= ZUVXMLUTILS_DEPTH_MAX
-            ? "elements are nested more than 100 deep"
-            : whatIsWrong(view(name), view(uri), reinterpret_cast<const RawAttribute *>(attributes),
-                          attributeCount);
-    static_assert(ZUVXMLUTILS_DEPTH_MAX == 100);
+    const char *const wrong = whatIsWrong(
+        *parser, name, uri, reinterpret_cast<const RawAttribute *>(attributes), attributeCount);
     if (wrong != nullptr) {
         refuse(parser, view(name).substr(0, 64), wrong);
         return;
     }
     xmlSAX2StartElementNs(context, name, prefix, uri, namespaceCount, namespaces, attributeCount,
                           defaultedCount, attributes);
-    if (reading.kind == DocumentKind::kTree && parser->node != nullptr &&
+    if (reading.kind == DocumentKind::kTree && line >= UINT16_MAX && parser->node != nullptr &&
         parser->node->_private == nullptr) {
         setLine(parser->node, line);
     }
@@ -173,13 +184,14 @@ struct ParserDeleter {
 };
 using ParserPointer = std::unique_ptr<xmlParserCtxt, ParserDeleter>;
 
-DocumentPointer parse(std::string_view bytes, const char *path, DocumentKind kind, Problem &problem)
+DocumentPointer parse(std::string_view bytes, const char *path, DocumentKind kind,
+                      const Content &content, Problem &problem)
 {
     LibraryScope scope;
     const ParserPointer parser(xmlNewParserCtxt());
     DocumentPointer document;
     if (parser != nullptr && !scope.isOutOfMemory()) {
-        Reading reading = {&scope.problem, bytes, kind};
+        Reading reading = {&scope.problem, bytes, kind, content.longNames};
         parser->_private = &reading;
         scope.parser = parser.get();
         scope.bytes = bytes;
@@ -230,14 +242,19 @@ DocumentPointer readDocument(std::string_view bytes, const char *path, DocumentK
         problem.set(0, "", Problem::kOutOfMemory);
         return nullptr;
     }
-    if (!isWithinLimits(bytes, problem)) {
+    Content content;
+    if (!isWithinLimits(bytes, content, problem)) {
         return nullptr;
     }
-    DocumentPointer document = parse(bytes, path, kind, problem);
-    if (document != nullptr && kind == DocumentKind::kTree && !adoptDocument(document.get())) {
-        problem.set(0, "", Problem::kOutOfMemory);
-        document.reset();
+    DocumentPointer document = parse(bytes, path, kind, content, problem);
+    if (document == nullptr || kind != DocumentKind::kTree) {
+        return document;
     }
+    if (!adoptDocument(document.get())) {
+        problem.set(0, "", Problem::kOutOfMemory);
+        return nullptr;
+    }
+    documentOf(xmlDocGetRootElement(document.get()))->mayHoldVariables = content.variables;
     return document;
 }
 

@@ -23,7 +23,10 @@ static_assert(ZUVXMLUTILS_TEXT_LENGTH_MAX == 1048576);
 class Scan
 {
 public:
-    Scan(std::string_view document, Problem &problem) : document_(document), problem_(problem) {}
+    Scan(std::string_view document, Content &content, Problem &problem)
+        : document_(document), content_(content), problem_(problem)
+    {
+    }
 
     bool isFine() { return hasRightSize() && isEncodedRight() && hasRightMarkup(); }
 
@@ -51,11 +54,10 @@ private:
     bool isEncodedRight()
     {
         constexpr const char *kNotUtf8 = "the document is not encoded in UTF-8";
-        if (document_.starts_with("\xff\xfe") || document_.starts_with("\xfe\xff")) {
+        const std::string_view start = document_.substr(0, 4);
+        if (start.starts_with("\xff\xfe") || start.starts_with("\xfe\xff") ||
+            start.find('\0') != kNone) {
             return refuse(0, "", kNotUtf8);
-        }
-        if (const std::size_t nul = document_.find('\0'); nul != kNone) {
-            return refuse(nul, "", nul < 4 ? kNotUtf8 : "the document holds a NUL character");
         }
         return isDeclaredRight() ||
                refuse(0, "", "the document declares another encoding than UTF-8");
@@ -92,15 +94,29 @@ private:
     bool hasRightMarkup()
     {
         std::size_t at = 0;
-        while ((at = document_.find('<', at)) != kNone) {
+        while (hasRightCharactersUpTo(at) && (at = document_.find('<', at)) != kNone) {
             const char kind = at + 1 < document_.size() ? document_[at + 1] : '\0';
-            if (kind == '!' || kind == '?') {
-                if (!passOther(at)) {
-                    return problem_.isSet() == false;
-                }
-            } else if (!passTag(at)) {
-                return false;
+            if (kind == '!' || kind == '?' ? !passOther(at) : !passTag(at)) {
+                break;
             }
+        }
+        return !problem_.isSet() && hasRightCharactersUpTo(document_.size());
+    }
+
+    // Look at the characters in blocks, shortly before their markup is looked at, so that each byte comes from
+    // memory once.
+    bool hasRightCharactersUpTo(std::size_t end)
+    {
+        while (seen_ < document_.size() && seen_ <= end) {
+            // Blocks overlap by a character, for the sake of the pair.
+            const std::string_view block = document_.substr(seen_, kBlock + 1);
+            if (const std::size_t nul = block.find('\0'); nul != kNone) {
+                return refuse(seen_ + nul, "", "the document holds a NUL character");
+            }
+            // As a character reference, and parted by a comment, the sign of a variable looks otherwise.
+            content_.variables =
+                content_.variables || block.find('$') != kNone || block.find("&#") != kNone;
+            seen_ += kBlock;
         }
         return true;
     }
@@ -133,6 +149,7 @@ private:
     {
         const std::size_t end = std::min(document_.find('<', at + 1), document_.size());
         const std::string_view run = document_.substr(at + 1, end - at - 1);
+        content_.longNames |= run.size() > ZUVXMLUTILS_NAME_LENGTH_MAX;
         if (run.size() > kSurelyFewAttributes) {
             const std::string_view tag =
                 run.substr(0, std::min<std::size_t>(run.find_first_of(" \t\r\n/>"), 64));
@@ -160,15 +177,19 @@ private:
         return count;
     }
 
+    static constexpr std::size_t kBlock = 32 * 1024;
+
     std::string_view document_;
+    std::size_t seen_ = 0;
+    Content &content_;
     Problem &problem_;
 };
 
 } // namespace
 
-bool isWithinLimits(std::string_view document, Problem &problem)
+bool isWithinLimits(std::string_view document, Content &content, Problem &problem)
 {
-    return Scan(document, problem).isFine();
+    return Scan(document, content, problem).isFine();
 }
 
 } // namespace zuv::xmlutils

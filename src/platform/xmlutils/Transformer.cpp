@@ -147,6 +147,10 @@ DocumentPointer apply(const ZUVXMLUTILSTransformer &self, xmlDoc *source, const 
     if (scope.isClean() && !adoptDocument(result.get())) {
         scope.problem.set(0, "", Problem::kOutOfMemory);
     }
+    if (scope.isClean()) {
+        // The stylesheet may put anything together.
+        documentOf(xmlDocGetRootElement(result.get()))->mayHoldVariables = true;
+    }
     return scope.isClean() ? std::move(result) : nullptr;
 }
 

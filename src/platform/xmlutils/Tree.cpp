@@ -289,6 +289,8 @@ bool changeAttribute(xmlNode *node, const char *name, const char *value, Attribu
     if (attribute == nullptr && (attribute = addAttribute(node, name)) == nullptr) {
         return false;
     }
+    documentOf(node)->mayHoldVariables |=
+        std::string_view(value).find(kVariableMark) != std::string_view::npos;
     NodePointer former;
     const auto exchange = [&] {
         former.reset(attribute->children);
@@ -412,6 +414,9 @@ xmlNode *copySubtree(const xmlNode *node, xmlDoc *document)
     for (const xmlNode *from = node; from != nullptr; from = nextInSubtree(from, node)) {
         setLine(at, lineOf(from));
         at = nextInSubtree(at, copy.get());
+    }
+    if (document->_private != nullptr) {
+        documentOf(copy.get())->mayHoldVariables |= documentOf(node)->mayHoldVariables;
     }
     return copy.release();
 }

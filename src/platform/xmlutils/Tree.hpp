@@ -53,6 +53,9 @@ public:
     NodeRecord *takeRecord();
     void giveRecord(NodeRecord *record);
 
+    // False if no text in the document refers to a variable for sure.
+    bool mayHoldVariables = false;
+
     // Keep a replaced text, or a node that has left its tree, alive as long as the document: records may have
     // borrowed what it holds.
     void retire(_xmlNode *node);
@@ -69,6 +72,9 @@ private:
     _xmlNode *retiredNodes_ = nullptr;
     FullName *retiredNames_ = nullptr;
 };
+
+// What the reference to a variable begins with.
+constexpr std::string_view kVariableMark = "$(";
 
 // Give a document of libxml2 its Document, and its root a record. False when there is no memory.
 bool adoptDocument(_xmlDoc *document);

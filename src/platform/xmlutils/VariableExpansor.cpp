@@ -17,7 +17,7 @@ using namespace zuv::xmlutils;
 namespace
 {
 
-constexpr std::string_view kOpen = "$(";
+constexpr std::string_view kOpen = kVariableMark;
 
 bool isNameCharacter(char character)
 {
@@ -283,6 +283,9 @@ int ZUVXMLUTILSVariableExpansor_visit(void *visitorData, ZUVXMLUTILSObject *obje
     }
     const auto &self = *static_cast<const ZUVXMLUTILSVariableExpansor *>(visitorData);
     xmlNode *const element = toNode(object);
+    if (!documentOf(element)->mayHoldVariables) {
+        return 1;
+    }
     Problem problem;
     if (!expandElement(self, element, problem)) {
         ZUV_XML_REPORT_PROBLEM(ZUVXMLUTILS_SUBMODULE_VARIABLE, sourceOf(element), problem);

@@ -114,6 +114,25 @@ TEST_F(XmlVariables, areReplacedInValuesToo)
     EXPECT_EQ(expanded("<r>$(A)</r>"), "<r>&lt;x$(UNKNOWN)x$(UNKNOWN)&gt;</r>");
 }
 
+TEST_F(XmlVariables, areFoundHoweverTheyAreWritten)
+{
+    dictionary = {{"A", "1"}};
+    EXPECT_EQ(expanded("<r>&#36;(A)</r>"), "<r>1</r>");
+    EXPECT_EQ(expanded("<r x='&#x24;(A)'/>"), "<r x=\"1\"/>");
+    EXPECT_EQ(toText(parse(expanded("<r>$<![CDATA[(A)]]></r>"))), "<r>1</r>");
+    // Also in what joins a tree that had none.
+    const Tree tree = parse("<r/>");
+    ASSERT_NE(ZUVXMLUTILSObject_copyAsChild(tree.get(), parse("<s>$(A)</s>").get()), nullptr);
+    const Tree addition = parse("<r><t>$(A)</t></r>");
+    ASSERT_EQ(ZUVXMLUTILSParser_mergeRoot(tree.get(), addition.get()), 1);
+    EXPECT_EQ(ZUVXMLUTILSVisitor_visit(&expansor.visitor, tree.get()), 1);
+    EXPECT_EQ(toText(tree), "<r><s>1</s><t>1</t></r>");
+    const Tree plain = parse("<r/>");
+    ASSERT_EQ(ZUVXMLUTILSObject_setAttribute(plain.get(), "x", "$(A)"), 1);
+    EXPECT_EQ(ZUVXMLUTILSVariableExpansor_visit(&expansor, plain.get()), 1);
+    EXPECT_EQ(toText(plain), "<r x=\"1\"/>");
+}
+
 TEST_F(XmlVariables, mayGiveAnElementItsName)
 {
     dictionary = {{"N", "new"}};
