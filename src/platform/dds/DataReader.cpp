@@ -530,14 +530,19 @@ DDS_ReturnCode_t DDS_DataReader_return_loan_untypedI(DDS_DataReader *self, void 
     void *readerToken = nullptr;
     DDS_SampleInfoSeq_get_read_tokenI(infoSeq, &loanToken, &readerToken);
     auto *const loan = static_cast<Loan *>(loanToken);
-    if (ZUV_OSAPI_FAULT("dds.return_loan") || readerToken != self || !self->store->isOut(loan) ||
-        loan->data != dataPtrArray || loan->length != dataCount) {
+    if (readerToken != self || !self->store->isOut(loan) || loan->data != dataPtrArray ||
+        loan->length != dataCount) {
         ZUV_DDS_REPORT(&ZUV_LOG_ANY_FAILURE_s, "return what is no loan of this reader");
         return DDS_RETCODE_PRECONDITION_NOT_MET;
     }
     DDS_SampleInfoSeq_unloan(infoSeq);
     DDS_SampleInfoSeq_set_read_tokenI(infoSeq, nullptr, nullptr);
     self->store->closeLoan(*loan);
+    // Giving back takes no memory. Whatever fails then, nothing stays lent that nobody could return.
+    if (ZUV_OSAPI_FAULT("dds.return_loan")) {
+        ZUV_DDS_REPORT(&ZUV_LOG_ANY_FAILURE_s, "return loan");
+        return DDS_RETCODE_ERROR;
+    }
     return DDS_RETCODE_OK;
 }
 
