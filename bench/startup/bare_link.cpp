@@ -1,5 +1,8 @@
-// Loads the middleware and ends.
+// Is linked with the middleware, so that it is loaded, and ends.
+#include <fastdds/dds/domain/DomainParticipantFactory.hpp>
+
 int main()
 {
-    return 0;
+    auto *volatile used = &eprosima::fastdds::dds::DomainParticipantFactory::get_instance;
+    return used != nullptr ? 0 : 1;
 }
