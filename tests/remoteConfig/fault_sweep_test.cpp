@@ -135,6 +135,14 @@ TEST_P(FaultSweep, everyCommandSucceedsOrReportsAndTheNextOneWorks)
 {
     zuv_test::Process service({TEST_SERVICE, std::to_string(zuv_test::loopbackDomainId())});
     ASSERT_TRUE(service.waitForOutput("ready\n")) << service.errors();
+    // What the process keeps after its first use of the types is made here.
+    ASSERT_EQ(initialize(1), 1);
+    BRELRemoteConfigClient_finalize(&client_);
+    ASSERT_EQ(DDS_DomainParticipantFactory_finalize_instance(), DDS_RETCODE_OK);
+    // The reply is the test's own; it grows with the first answers.
+    ZUV_Service_Admin_CommandReply_finalize(&reply_);
+    const zuv_test::HeapCheck heap;
+    ASSERT_TRUE(ZUV_Service_Admin_CommandReply_initialize(&reply_));
     ASSERT_EQ(initialize(1), 1);
     for (int round = 0; !BRELRemoteConfigClient_hasMatchingServer(&client_); ++round) {
         ASSERT_LT(round, 1000) << "no service was found";
@@ -183,7 +191,13 @@ TEST_P(FaultSweep, everyCommandSucceedsOrReportsAndTheNextOneWorks)
         }
     }
     std::remove(path);
+    log_.clear();
     BRELRemoteConfigClient_finalize(&client_);
+    EXPECT_EQ(client_._request, nullptr);
+    EXPECT_TRUE(log_.isEmpty());
+    EXPECT_EQ(DDS_DomainParticipantFactory_finalize_instance(), DDS_RETCODE_OK);
+    ZUV_Service_Admin_CommandReply_finalize(&reply_);
+    EXPECT_TRUE(heap.isBalanced());
     service.closeInput();
     EXPECT_EQ(service.wait(), 0) << service.errors();
 }
