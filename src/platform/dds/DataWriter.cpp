@@ -1,5 +1,6 @@
 #include "platform/dds/DataWriter.h"
 
+#include <chrono>
 #include <cstring>
 
 #include <fastdds/dds/publisher/DataWriter.hpp>
@@ -56,6 +57,27 @@ bool isInstanceOf(const DDS_DataWriter &writer, const void *sample,
     return DDS_InstanceHandle_equals(&actual, &handle);
 }
 
+// Hand the sample to the middleware, which waits for room in a full history. When all that it holds is acknowledged at
+// once, the middleware's wait ends early and without room taken, so it is asked again.
+DDS_ReturnCode_t writeWithRoom(DDS_DataWriter &self, const void *sample,
+                               rtps::WriteParams &fastParams)
+{
+    using Clock = std::chrono::steady_clock;
+    const Clock::time_point start = Clock::now();
+    const std::chrono::nanoseconds allowed(
+        DDS_Duration_to_nanoseconds(&self.qos.value.reliability.max_blocking_time));
+    do {
+        SampleCell cell = cellOf(sample);
+        if (self.fast->write(&cell, fastParams)) {
+            return DDS_RETCODE_OK;
+        }
+        if (!cell.isSerialized) {
+            return DDS_RETCODE_ERROR;
+        }
+    } while (Clock::now() - start < allowed);
+    return DDS_RETCODE_TIMEOUT;
+}
+
 DDS_ReturnCode_t writeSample(DDS_DataWriter &self, const void *sample, DDS_WriteParams_t &params)
 {
     if (!self.fast->is_enabled()) {
@@ -72,15 +94,11 @@ DDS_ReturnCode_t writeSample(DDS_DataWriter &self, const void *sample, DDS_Write
     if (isTimeSet(params.source_timestamp)) {
         fastParams.source_timestamp(toFast(params.source_timestamp));
     }
-    SampleCell cell = cellOf(sample);
-    if (!self.fast->write(&cell, fastParams)) {
-        // A sample that went into its payload waited for room in vain.
-        return cell.isSerialized ? DDS_RETCODE_TIMEOUT : DDS_RETCODE_ERROR;
-    }
-    if (params.replace_auto) {
+    const DDS_ReturnCode_t code = writeWithRoom(self, sample, fastParams);
+    if (code == DDS_RETCODE_OK && params.replace_auto) {
         params.identity = toOurs(fastParams.sample_identity());
     }
-    return DDS_RETCODE_OK;
+    return code;
 }
 
 // What goes out about an instance rather than as a sample.
@@ -355,10 +373,7 @@ DDS_InstanceHandle_t DDS_DataWriter_lookup_instance_untyped(DDS_DataWriter *self
     if (ZUV_DDS_IS_NULL(self) || ZUV_DDS_IS_NULL(sample)) {
         return DDS_HANDLE_NIL;
     }
-    return guarded("look an instance up", DDS_HANDLE_NIL, [&] {
-        SampleCell cell = cellOf(sample);
-        return toOurs(self->fast->lookup_instance(&cell));
-    });
+    return instanceOf(*self->topic->type, sample);
 }
 
 DDS_ReturnCode_t DDS_DataWriter_get_key_value_untyped(DDS_DataWriter *self, void *sample,

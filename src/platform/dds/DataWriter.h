@@ -90,7 +90,8 @@ DDS_ReturnCode_t DDS_DataWriter_dispose_w_timestamp_untyped(DDS_DataWriter *self
 DDS_ReturnCode_t DDS_DataWriter_get_loan_untyped(DDS_DataWriter *self, void **sample);
 DDS_ReturnCode_t DDS_DataWriter_discard_loan_untyped(DDS_DataWriter *self, void *sample);
 
-/* The handle of the instance whose key `sample` has, or DDS_HANDLE_NIL. */
+/* The handle of the instance whose key `sample` has, whether it was written before or not; DDS_HANDLE_NIL for a
+ * type without a key. */
 DDS_InstanceHandle_t DDS_DataWriter_lookup_instance_untyped(DDS_DataWriter *self,
                                                             const void *sample);
 

@@ -90,8 +90,16 @@ DDS_ContentFilteredTopic *makeFiltered(DDS_DomainParticipant &participant, const
         ZUV_DDS_REPORT_TEMPLATE(&ZUV_LOG_FAILURE_TEMPLATE, "make a second topic named %s", name);
         return nullptr;
     }
+    // Here first, so that a wrong expression makes one report.
+    if (!zuv::dds::ContentFilter::parse(*relatedTopic.type->plugin.typeCode, expression)) {
+        return nullptr;
+    }
     if (participant.filterClass == nullptr) {
         participant.filterClass = zuv::dds::FilterClass::make(*participant.fast);
+        // Here first, so that a wrong expression makes one report.
+        if (!zuv::dds::ContentFilter::parse(*relatedTopic.type->plugin.typeCode, expression)) {
+            return nullptr;
+        }
         if (participant.filterClass == nullptr) {
             return nullptr;
         }

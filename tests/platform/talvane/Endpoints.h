@@ -4,6 +4,8 @@
 
 #include "platform/dds/DomainParticipant.h"
 #include "platform/dds/Topic.h"
+#include "platform/log/DDSLog.h"
+#include "platform/log/LogMessages.h"
 #include "platform/osapi/Heap.h"
 #include "platform/talvane/Replier.h"
 #include "platform/talvane/Requester.h"
@@ -52,6 +54,13 @@ struct EndpointQos {
     EndpointQos &operator=(const EndpointQos &) = delete;
 };
 
+// As a typed requester or replier does.
+inline void reportAllocation()
+{
+    ZUV_LOG_TEMPLATE(DDS, ZUV_LOG_BIT_EXCEPTION, DDS_SUBMODULE_API,
+                     &ZUV_LOG_FAILED_TO_ALLOCATE_TEMPLATE, "test endpoint");
+}
+
 inline ZUV_Talvane_Requester *createRequester(DDS_DomainParticipant *participant)
 {
     const EndpointQos qos;
@@ -64,6 +73,7 @@ inline ZUV_Talvane_Requester *createRequester(DDS_DomainParticipant *participant
     auto *const requester = static_cast<ZUV_Talvane_Requester *>(
         ZUVOsapiHeap_allocateZeroed(sizeof(ZUV_Talvane_Requester), "test requester"));
     if (requester == nullptr) {
+        reportAllocation();
         return nullptr;
     }
     requester->_impl = ZUV_Talvane_RequesterUntypedImpl_create(
@@ -104,6 +114,7 @@ inline ZUV_Talvane_Replier *createReplier(DDS_DomainParticipant *participant,
     auto *const replier = static_cast<ZUV_Talvane_Replier *>(
         ZUVOsapiHeap_allocateZeroed(sizeof(ZUV_Talvane_Replier), "test replier"));
     if (replier == nullptr) {
+        reportAllocation();
         return nullptr;
     }
     replier->_impl = ZUV_Talvane_ReplierUntypedImpl_create();
