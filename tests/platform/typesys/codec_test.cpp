@@ -1,5 +1,6 @@
 #include "platform/typesys/Codec.h"
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -9,6 +10,7 @@
 #include "TestSamples.h"
 #include "platform/log/LogMessages.h"
 #include "platform/osapi/Fault.h"
+#include "platform/osapi/Heap.h"
 #include "platform/typesys/Md5.hpp"
 #include "support/HeapCheck.h"
 #include "support/LogCapture.h"
@@ -261,6 +263,36 @@ TEST(Codec, RefusesAMutableMemberOfTheWrongSize)
     EXPECT_FALSE(decode(sample.type(), &sample, overflowing.payload()));
 }
 
+// What tells the size of a collection tells it exactly.
+TEST(Codec, RefusesADelimiterThatDoesNotFitItsElements)
+{
+    const LogCapture log;
+    ZUV_TEST_SAMPLE(TestEverything, sample);
+    ZUV_TEST_SAMPLE(TestEverything, decoded);
+    fill(*sample, false);
+    const Octets payload = encoded(sample.type(), &sample);
+    // The points: their delimiter, their number, their four coordinates. The corners: a delimiter of 16
+    // as well, with four coordinates behind it, at the very end.
+    const std::uint8_t points[] = {20, 0, 0, 0, 2, 0, 0, 0, 71, 0, 0, 0};
+    const auto found =
+        std::search(payload.begin(), payload.end(), std::begin(points), std::end(points));
+    ASSERT_NE(found, payload.end());
+    const std::size_t offsets[] = {static_cast<std::size_t>(found - payload.begin()),
+                                   payload.size() - 20};
+    for (const std::size_t offset : offsets) {
+        ASSERT_TRUE(decode(sample.type(), &decoded, payload));
+        for (const int change : {-4, -1, 1, 4}) {
+            Octets changed = payload;
+            changed[offset] = static_cast<std::uint8_t>(changed[offset] + change);
+            EXPECT_FALSE(decode(sample.type(), &decoded, changed)) << offset << ' ' << change;
+        }
+    }
+    // One element less than the delimiter has room for.
+    Octets fewer = payload;
+    fewer[offsets[0] + 4] = 1;
+    EXPECT_FALSE(decode(sample.type(), &decoded, fewer));
+}
+
 TEST(Codec, RefusesAValueThatAnEnumerationDoesNotHave)
 {
     const LogCapture log;
@@ -341,7 +373,7 @@ TEST(Codec, WritesIntoBuffersOfAnyAlignment)
     fill(*sample, false);
     const Octets expected = encoded(sample.type(), &sample);
     for (std::size_t shift = 0; shift < 8; ++shift) {
-        Octets buffer(expected.size() + shift);
+        Octets buffer(expected.size() + shift, 0xa5); // padding is written as well
         DDS_UnsignedLong length = 0;
         ASSERT_TRUE(ZUVCodec_serialize(sample.type(), &sample, buffer.data() + shift,
                                        static_cast<DDS_UnsignedLong>(expected.size()), &length));
@@ -473,6 +505,18 @@ TEST(Codec, AllocatesInProportionToThePayload)
         EXPECT_FALSE(decode(sample.type(), &sample, wire.payload()));
         EXPECT_EQ(heap.allocations(), 0u);
     }
+}
+
+TEST(Codec, GivesTextsThatItReadsNoMoreRoomThanTheyNeed)
+{
+    ZUV_TEST_SAMPLE(TestEverything, sample);
+    ZUV_TEST_SAMPLE(TestEverything, decoded);
+    fill(*sample, false);
+    ASSERT_TRUE(decode(sample.type(), &decoded, encoded(sample.type(), &sample)));
+    EXPECT_EQ(ZUVOsapiHeap_getBlockSize(TestNameSeq_get(&decoded->names, 0)), 4u);
+    EXPECT_EQ(ZUVOsapiHeap_getBlockSize(TestNameSeq_get(&decoded->names, 1)), 1u);
+    const TestMutable *nested = TestMutableSeq_get_reference(&decoded->mutables, 0);
+    EXPECT_EQ(ZUVOsapiHeap_getBlockSize(nested->name), sizeof("mutable"));
 }
 
 TEST(Codec, LeavesASampleAsItWasWhenItRefusesAPayload)
