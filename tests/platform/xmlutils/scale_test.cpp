@@ -1,7 +1,6 @@
 // Cost follows the work: what is done to one element takes as long among many as among few.
 #include <algorithm>
 #include <ctime>
-#include <thread>
 
 #include "XmlTest.h"
 #include "platform/xmlutils/Utils.h"
@@ -114,32 +113,6 @@ TEST_F(XmlScale, aWalkOverAllSiblingsIsLinear)
     const Tree many = makeTree(kMany);
     const double each = timeOf(1, [&] { walk(few); }) / kFew;
     EXPECT_LT(timeOf(1, [&] { walk(many); }) / kMany, 10 * each + 1);
-}
-
-// Threads with trees and tools of their own need no turns.
-TEST_F(XmlScale, threadsWithTreesOfTheirOwnDoNotMeet)
-{
-    const char *const schema =
-        "<xs:schema xmlns:xs='http://www.w3.org/2001/XMLSchema'><xs:element name='a' "
-        "type='xs:string'/></xs:schema>";
-    const auto work = [&] {
-        ZUVXMLUTILSValidator *const validator = ZUVXMLUTILSValidator_new(&schema, 1);
-        for (int round = 0; round < 50; ++round) {
-            const Tree tree = parse("<a>text</a>");
-            EXPECT_EQ(ZUVXMLUTILSValidator_validate(validator, tree.get()), 1);
-            EXPECT_EQ(parse("<a>"), nullptr);
-            ZUVXMLUTILSGlobals_registerStringResource("x", &schema, 1);
-        }
-        ZUVXMLUTILSValidator_delete(validator);
-    };
-    std::vector<std::thread> threads;
-    for (int index = 0; index < 4; ++index) {
-        threads.emplace_back(work);
-    }
-    for (std::thread &thread : threads) {
-        thread.join();
-    }
-    EXPECT_EQ(log.texts().size(), 200U);
 }
 
 } // namespace
