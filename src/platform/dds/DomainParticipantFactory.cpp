@@ -8,7 +8,7 @@
 #include <fastdds/dds/domain/DomainParticipantFactory.hpp>
 
 #include "Conversions.hpp"
-#include "DiscoveryPorts.hpp"
+#include "Ports.hpp"
 #include "EntityImpl.hpp"
 #include "FastLog.hpp"
 #include "FilterClass.hpp"
@@ -42,6 +42,7 @@ fast::DomainParticipant *createFast(DDS_Long domainId, const DDS_DomainParticipa
     fast::DomainParticipantQos fastQos = factory->get_default_participant_qos();
     zuv::dds::applyLoopbackUnlessConfigured(fastQos);
     zuv::dds::useDiscoveryPort(domainId, portSlot, fastQos);
+    zuv::dds::useFreshDataPort(domainId, fastQos);
     zuv::dds::mapQos(qos, fastQos);
     return factory->create_participant(static_cast<fast::DomainId_t>(domainId), fastQos);
 }

@@ -96,7 +96,7 @@ struct DDS_DomainParticipant final : DDS_Entity {
 
     eprosima::fastdds::dds::DomainParticipant *fast = nullptr;
     DDS_Long domainId = 0;
-    int portSlot = -1; // see DiscoveryPorts.hpp
+    int portSlot = -1; // see Ports.hpp
     zuv::dds::OwnedDomainParticipantQos qos;
     zuv::dds::OwnedTopicQos defaultTopicQos;
 

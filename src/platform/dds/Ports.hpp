@@ -1,10 +1,10 @@
-// Where a participant is found by those that try the well-known ports of a host (DDSI-RTPS 2.5, 9.6.2.3).
+// The ports of a participant (DDSI-RTPS 2.5, 9.6.2.3).
 //
 // Peers without multicast try the first so many ports of a domain. The middleware numbers the participants of a process
 // without end, so that a process that makes and deletes many would leave that range. Here they get the lowest number
 // that is free.
-#ifndef ZUV_PLATFORM_DDS_DISCOVERY_PORTS_HPP
-#define ZUV_PLATFORM_DDS_DISCOVERY_PORTS_HPP
+#ifndef ZUV_PLATFORM_DDS_PORTS_HPP
+#define ZUV_PLATFORM_DDS_PORTS_HPP
 
 #include "platform/typesys/Types.h"
 
@@ -26,6 +26,12 @@ void releasePortSlot(DDS_Long domainId, int slot);
 // port is taken by another process, the middleware goes on to the next one.
 void useDiscoveryPort(DDS_Long domainId, int slot,
                       eprosima::fastdds::dds::DomainParticipantQos &qos);
+
+// Let data come in at a port that nobody has used before, if the participant stays on this machine. Ports in shared
+// memory are files, which a killed process leaves behind: when another one takes over such a port, those that still have
+// it open go on writing to the old file, and never reach the new owner. Others learn the port by discovery, so it may be
+// any. Towards a network, where firewalls know the ports, they stay the standard's.
+void useFreshDataPort(DDS_Long domainId, eprosima::fastdds::dds::DomainParticipantQos &qos);
 
 } // namespace zuv::dds
 
