@@ -466,8 +466,8 @@ private:
         }
     }
 
-    // Primitives that lie the same way in memory and on the wire become one operation. It keeps its parts,
-    // since an older sample may end between two of them.
+    // Primitives that lie the same way in memory and on the wire become one operation. In a type that may
+    // grow it keeps its parts, since an older sample may end between two of them.
     void joinRuns()
     {
         program_.parts_ = std::move(program_.ops_);
@@ -480,7 +480,7 @@ private:
                 op.size += parts[end].size;
                 op.mustUnderstand = op.mustUnderstand || parts[end].mustUnderstand;
             }
-            if (end - i > 1) {
+            if (end - i > 1 && program_.extensibility_ == DDS_EXTENSIBLE_EXTENSIBILITY) {
                 op.parts = parts.subspan(i, end - i);
             }
             program_.ops_.push_back(op);

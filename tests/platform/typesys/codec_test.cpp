@@ -89,6 +89,15 @@ TEST(Codec, WritesAndReadsFinalSamples)
     EXPECT_EQ(decoded.y, -2);
 }
 
+TEST(Codec, RefusesAFinalSampleThatEndsBetweenItsMembers)
+{
+    const LogCapture log;
+    TestPoint decoded = {7, 8};
+    EXPECT_FALSE(decode(&TestPoint_g_typecode, &decoded, {0, 7, 0, 0, 1, 0, 0, 0}));
+    EXPECT_FALSE(decode(&TestPoint_g_typecode, &decoded, {0, 7, 0, 0}));
+    EXPECT_EQ(decoded.x, 7);
+}
+
 TEST(Codec, RefusesAnotherEncapsulation)
 {
     Wire wire(kPlain);
@@ -271,21 +280,25 @@ TEST(Codec, RefusesADelimiterThatDoesNotFitItsElements)
     ZUV_TEST_SAMPLE(TestEverything, decoded);
     fill(*sample, false);
     const Octets payload = encoded(sample.type(), &sample);
-    // The points: their delimiter, their number, their four coordinates.
+    // The points: their delimiter, their number, their four coordinates. The corners: a delimiter of 16
+    // as well, with four coordinates behind it, at the very end.
     const std::uint8_t points[] = {20, 0, 0, 0, 2, 0, 0, 0, 71, 0, 0, 0};
     const auto found =
         std::search(payload.begin(), payload.end(), std::begin(points), std::end(points));
     ASSERT_NE(found, payload.end());
-    const auto offset = static_cast<std::size_t>(found - payload.begin());
-    ASSERT_TRUE(decode(sample.type(), &decoded, payload));
-    for (const int change : {-4, -1, 1, 4}) {
-        Octets changed = payload;
-        changed[offset] = static_cast<std::uint8_t>(changed[offset] + change);
-        EXPECT_FALSE(decode(sample.type(), &decoded, changed)) << change;
+    const std::size_t offsets[] = {static_cast<std::size_t>(found - payload.begin()),
+                                   payload.size() - 20};
+    for (const std::size_t offset : offsets) {
+        ASSERT_TRUE(decode(sample.type(), &decoded, payload));
+        for (const int change : {-4, -1, 1, 4}) {
+            Octets changed = payload;
+            changed[offset] = static_cast<std::uint8_t>(changed[offset] + change);
+            EXPECT_FALSE(decode(sample.type(), &decoded, changed)) << offset << ' ' << change;
+        }
     }
     // One element less than the delimiter has room for.
     Octets fewer = payload;
-    fewer[offset + 4] = 1;
+    fewer[offsets[0] + 4] = 1;
     EXPECT_FALSE(decode(sample.type(), &decoded, fewer));
 }
 
