@@ -2,7 +2,6 @@
 #include <array>
 #include <atomic>
 #include <chrono>
-#include <memory>
 #include <numeric>
 #include <random>
 #include <string>
@@ -54,18 +53,31 @@ protected:
         return MAVOWorker_leaveExclusiveArea(worker, nullptr, area) != 0;
     }
 
-    // Whether a worker of another thread gets in within a moment. When it gets in, it leaves again.
-    bool isFreeForOthers(MAVOExclusiveArea *area)
+    // On a thread of its own another worker tries to get in, and leaves again. It is waited for at the end.
+    void letOtherTry(MAVOExclusiveArea *area)
     {
-        const auto isIn = std::make_shared<std::atomic<bool>>(false);
-        others_.emplace_back([this, area, isIn] {
+        isOtherIn_ = false;
+        others_.emplace_back([this, area] {
             MAVOWorker *stranger = worker("stranger");
-            *isIn = enter(stranger, area);
+            isOtherIn_ = enter(stranger, area);
             leave(stranger, area);
             MAVOWorkerFactory_destroyWorker(factory_, stranger);
         });
+    }
+
+    bool letsOthersIn(MAVOExclusiveArea *area)
+    {
+        letOtherTry(area);
+        joinOthers();
+        return isOtherIn_;
+    }
+
+    // It gets in when the area is left, before joinOthers() returns.
+    bool keepsOthersOut(MAVOExclusiveArea *area)
+    {
+        letOtherTry(area);
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
-        return *isIn;
+        return !isOtherIn_;
     }
 
     void joinOthers()
@@ -79,6 +91,7 @@ protected:
     MAVOWorkerFactory *factory_;
     std::vector<MAVOExclusiveArea *> areas_;
     std::vector<std::thread> others_;
+    std::atomic<bool> isOtherIn_ = false;
 };
 
 TEST_F(Worker, startsInNoArea)
@@ -137,11 +150,10 @@ TEST_F(Worker, anEntryAgainstTheOrderIsRefusedAndReported)
                                 "is in 'session' of level 30"}}));
     EXPECT_EQ(self->_inEaMaxLevelPtr, session);
     EXPECT_EQ(MAVOInlineList_getSize(&self->_inEA), 1);
-    EXPECT_TRUE(isFreeForOthers(connection));
+    EXPECT_TRUE(letsOthersIn(connection));
     EXPECT_TRUE(leave(self, session));
     EXPECT_TRUE(enter(self, connection));
     EXPECT_TRUE(leave(self, connection));
-    joinOthers();
 }
 
 TEST_F(Worker, anAreaThatItIsInMayBeEnteredAgainFromAnywhere)
@@ -157,7 +169,7 @@ TEST_F(Worker, anAreaThatItIsInMayBeEnteredAgainFromAnywhere)
     EXPECT_EQ(MAVOInlineList_getSize(&self->_inEA), 2);
 
     EXPECT_TRUE(leave(self, outer));
-    EXPECT_FALSE(isFreeForOthers(outer)); // one entry is left
+    EXPECT_TRUE(keepsOthersOut(outer)); // one entry is left
     EXPECT_TRUE(leave(self, inner));
     EXPECT_TRUE(leave(self, inner));
     EXPECT_TRUE(leave(self, outer));
@@ -192,7 +204,7 @@ TEST_F(Worker, leavingWhatItIsNotInIsReported)
     EXPECT_TRUE(
         log.isExactly({{&ZUV_LOG_FAILURE_TEMPLATE,
                         "!leave exclusive area 'outer' of level 10: worker 'main' is not in it"}}));
-    EXPECT_FALSE(isFreeForOthers(outer));
+    EXPECT_TRUE(keepsOthersOut(outer));
     EXPECT_TRUE(leave(other, outer));
     joinOthers();
 }
@@ -202,11 +214,10 @@ TEST_F(Worker, keepsOthersOut)
     MAVOWorker *self = worker("main");
     MAVOExclusiveArea *outer = area(10, "outer");
     ASSERT_TRUE(enter(self, outer));
-    EXPECT_FALSE(isFreeForOthers(outer));
+    EXPECT_TRUE(keepsOthersOut(outer));
     EXPECT_TRUE(leave(self, outer));
     joinOthers();
-    EXPECT_TRUE(isFreeForOthers(outer));
-    joinOthers();
+    EXPECT_TRUE(letsOthersIn(outer));
 }
 
 TEST_F(Worker, theStandInForNoneMayEnterNothing)
@@ -291,9 +302,8 @@ TEST_F(Worker, aWorkerThatGoesLeavesItsAreas)
           "!leave exclusive area 'inner' of level 20 before the end of worker 'main'"},
          {&ZUV_LOG_FAILURE_TEMPLATE,
           "!leave exclusive area 'outer' of level 10 before the end of worker 'main'"}}));
-    EXPECT_TRUE(isFreeForOthers(outer));
-    EXPECT_TRUE(isFreeForOthers(inner));
-    joinOthers();
+    EXPECT_TRUE(letsOthersIn(outer));
+    EXPECT_TRUE(letsOthersIn(inner));
 }
 
 TEST(WorkerFactory, theFirstWorkersNeedNoMoreMemory)
