@@ -6,6 +6,7 @@
 #include "platform/dds/Topic.h"
 #include "platform/log/DDSLog.h"
 #include "platform/log/LogMessages.h"
+#include "platform/osapi/Fault.h"
 #include "platform/osapi/Heap.h"
 #include "platform/talvane/Replier.h"
 #include "platform/talvane/Requester.h"
@@ -132,7 +133,10 @@ inline ZUV_Talvane_Replier *createReplier(DDS_DomainParticipant *participant,
             Test_QuestionTypeSupport_get_type_name(), Test_AnswerTypeSupport_register_type,
             Test_AnswerTypeSupport_get_type_name(), sizeof(Test_Question),
             listener == nullptr ? nullptr : &readerListener) != DDS_RETCODE_OK) {
-        ZUV_Talvane_Replier_delete(replier);
+        if (ZUV_Talvane_Replier_delete(replier) != DDS_RETCODE_OK) {
+            ZUVOsapiFault_disarm(); // a fault that goes on makes the deletion fail too
+            ZUV_Talvane_Replier_delete(replier);
+        }
         return nullptr;
     }
     return replier;
