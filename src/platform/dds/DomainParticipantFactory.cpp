@@ -8,11 +8,11 @@
 #include <fastdds/dds/domain/DomainParticipantFactory.hpp>
 
 #include "Conversions.hpp"
-#include "Ports.hpp"
 #include "EntityImpl.hpp"
 #include "FastLog.hpp"
 #include "FilterClass.hpp"
 #include "Loopback.hpp"
+#include "Ports.hpp"
 #include "QosMapping.hpp"
 #include "Report.hpp"
 #include "platform/osapi/Fault.h"
