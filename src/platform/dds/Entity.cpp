@@ -18,14 +18,13 @@ using zuv::dds::toOurs;
 namespace zuv::dds
 {
 
-bool reportNull(const char *function, const char *argument)
+void reportAs(const char *function, const ZUVLogMessage &message, const char *argument)
 {
     if (ZUV_LOG_ENABLED(DDS, ZUV_LOG_BIT_EXCEPTION, DDS_SUBMODULE_ENTITY)) {
         ZUVLogMessage_printWithParams(ZUV_LOG_BIT_EXCEPTION, DDS_LOG_MODULE_ID,
-                                      DDS_SUBMODULE_ENTITY, __FILE__, __LINE__, function,
-                                      &DDS_LOG_BAD_PARAMETER_s, argument);
+                                      DDS_SUBMODULE_ENTITY, __FILE__, __LINE__, function, &message,
+                                      argument);
     }
-    return true;
 }
 
 } // namespace zuv::dds

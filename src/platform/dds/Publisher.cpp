@@ -1,64 +1,53 @@
 #include "platform/dds/Publisher.h"
 
-#include <algorithm>
-
 #include <fastdds/dds/publisher/DataWriter.hpp>
 #include <fastdds/dds/publisher/DataWriterListener.hpp>
 #include <fastdds/dds/publisher/Publisher.hpp>
 #include <fastdds/dds/publisher/qos/DataWriterQos.hpp>
 
-#include "Conversions.hpp"
-#include "EntityImpl.hpp"
+#include "EndpointGroup.hpp"
 #include "QosMapping.hpp"
-#include "Report.hpp"
 #include "SampleStore.hpp"
 #include "WriterAdapter.hpp"
-#include "platform/osapi/Fault.h"
 
 namespace fast = eprosima::fastdds::dds;
-using zuv::dds::guarded;
 using zuv::dds::heapDelete;
-using zuv::dds::heapNew;
 using zuv::dds::toOurs;
 
 namespace
 {
 
-DDS_DataWriter *makeWriter(DDS_Publisher &publisher, DDS_Topic &topic, const DDS_DataWriterQos &qos,
-                           const DDS_DataWriterListener *listener, DDS_StatusMask mask)
-{
-    auto *const made = heapNew<DDS_DataWriter>("DDS DataWriter");
-    if (made == nullptr) {
-        return nullptr;
+struct Writers {
+    using Group = DDS_Publisher;
+    using Endpoint = DDS_DataWriter;
+    using Topic = DDS_Topic;
+    using Qos = DDS_DataWriterQos;
+    using Listener = DDS_DataWriterListener;
+    using Adapter = zuv::dds::WriterAdapter;
+    static constexpr const char *kName = "writer";
+    static constexpr const char *kStranger = "writer of another publisher";
+    static constexpr const char *kContained = "publisher's contained entities";
+    static constexpr const char *kTag = "DDS DataWriter";
+    static constexpr const char *kCreateFault = "dds.create_datawriter";
+    static constexpr auto kList = &DDS_Publisher::writers;
+    static constexpr auto kGroup = &DDS_DataWriter::publisher;
+    static constexpr auto getDefault = DDS_DataWriterQos_get_defaultI;
+    static constexpr auto destroy = zuv::dds::destroyWriter;
+
+    static bool isDefault(const Qos *qos) { return qos == &DDS_DATAWRITER_QOS_DEFAULT; }
+    static auto makeStore(DDS_DataWriter &writer)
+    {
+        return zuv::dds::SampleStore::make(writer.topic->type, ZUV_TYPE_ENDPOINT_WRITER,
+                                           DDS_LENGTH_UNLIMITED);
     }
-    made->publisher = &publisher;
-    made->factory = &publisher;
-    made->topic = &topic;
-    made->adapter = std::make_unique<zuv::dds::WriterAdapter>(*made, listener, mask);
-    const DDS_ReturnCode_t code = &qos == &DDS_DATAWRITER_QOS_DEFAULT
-                                      ? DDS_DataWriterQos_get_defaultI(&made->qos.value)
-                                      : made->qos.assign(qos);
-    if (code == DDS_RETCODE_OK) {
-        made->store =
-            zuv::dds::SampleStore::make(topic.type, ZUV_TYPE_ENDPOINT_WRITER, DDS_LENGTH_UNLIMITED);
+    static fast::DataWriter *create(DDS_DataWriter &writer)
+    {
+        fast::DataWriterQos qos = fast::DATAWRITER_QOS_DEFAULT;
+        zuv::dds::mapQos(writer.qos.value, writer.topic->type->hasKey(), qos);
+        return writer.publisher->fast->create_datawriter(writer.topic->fast, qos,
+                                                         writer.adapter->fastListener());
     }
-    if (made->store != nullptr && !ZUV_OSAPI_FAULT("dds.create_datawriter")) {
-        fast::DataWriterQos fastQos = fast::DATAWRITER_QOS_DEFAULT;
-        zuv::dds::mapQos(made->qos.value, topic.type->hasKey(), fastQos);
-        made->fast =
-            publisher.fast->create_datawriter(topic.fast, fastQos, made->adapter->fastListener());
-    }
-    if (made->fast == nullptr) {
-        heapDelete(made);
-        return nullptr;
-    }
-    made->fastEntity = made->fast;
-    made->handle = toOurs(made->fast->get_instance_handle());
-    zuv::dds::useTopic(topic, 1);
-    const std::lock_guard lock(publisher.mutex);
-    publisher.writers.push_back(made);
-    return made;
-}
+};
 
 } // namespace
 
@@ -108,54 +97,15 @@ DDS_DataWriter *DDS_Publisher_create_datawriter(DDS_Publisher *self, DDS_Topic *
                                                 const DDS_DataWriterListener *listener,
                                                 DDS_StatusMask mask)
 {
-    if (ZUV_DDS_IS_NULL(self) || ZUV_DDS_IS_NULL(topic) || ZUV_DDS_IS_NULL(qos)) {
-        return nullptr;
-    }
-    DDS_DataWriter *made = nullptr;
-    if (topic->participant != self->participant) {
-        ZUV_DDS_REPORT(&DDS_LOG_BAD_PARAMETER_s, "topic");
-    } else {
-        made = guarded<DDS_DataWriter *>("create writer", nullptr, [&] {
-            return makeWriter(*self, *topic, *qos, listener, mask);
-        });
-    }
-    if (made == nullptr) {
-        ZUV_DDS_REPORT(&ZUV_LOG_CREATION_FAILURE_s, "writer");
-    }
-    return made;
+    return zuv::dds::createEndpoint<Writers>(__func__, self, topic, qos, listener, mask);
 }
 
 DDS_ReturnCode_t DDS_Publisher_delete_datawriter(DDS_Publisher *self, DDS_DataWriter *writer)
 {
-    if (ZUV_DDS_IS_NULL(self) || ZUV_DDS_IS_NULL(writer)) {
-        return DDS_RETCODE_BAD_PARAMETER;
-    }
-    const std::lock_guard lock(self->mutex);
-    const auto known = std::find(self->writers.begin(), self->writers.end(), writer);
-    if (known == self->writers.end()) {
-        ZUV_DDS_REPORT(&ZUV_LOG_DESTRUCTION_FAILURE_s, "writer of another publisher");
-        return DDS_RETCODE_PRECONDITION_NOT_MET;
-    }
-    const DDS_ReturnCode_t code = zuv::dds::destroyWriter(writer);
-    if (code == DDS_RETCODE_OK) {
-        self->writers.erase(known);
-    }
-    return code;
+    return zuv::dds::deleteEndpoint<Writers>(__func__, self, writer);
 }
 
 DDS_ReturnCode_t DDS_Publisher_delete_contained_entities(DDS_Publisher *self)
 {
-    if (ZUV_DDS_IS_NULL(self)) {
-        return DDS_RETCODE_BAD_PARAMETER;
-    }
-    const std::lock_guard lock(self->mutex);
-    while (!self->writers.empty()) {
-        const DDS_ReturnCode_t code = zuv::dds::destroyWriter(self->writers.back());
-        if (code != DDS_RETCODE_OK) {
-            ZUV_DDS_REPORT(&ZUV_LOG_DESTRUCTION_FAILURE_s, "publisher's contained entities");
-            return code;
-        }
-        self->writers.pop_back();
-    }
-    return DDS_RETCODE_OK;
+    return zuv::dds::deleteEndpoints<Writers>(__func__, self);
 }

@@ -1,6 +1,5 @@
 // A reader's listener in the middleware: keeps the statuses, calls the user's listener, and tells an observer within
-// the platform that data have come. Statuses are counted here because the middleware forgets a change as soon as a
-// listener has seen it.
+// the platform that data have come.
 #ifndef ZUV_PLATFORM_DDS_READER_ADAPTER_HPP
 #define ZUV_PLATFORM_DDS_READER_ADAPTER_HPP
 

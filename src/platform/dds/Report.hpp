@@ -3,6 +3,7 @@
 #define ZUV_PLATFORM_DDS_REPORT_HPP
 
 #include <exception>
+#include <memory>
 #include <new>
 #include <utility>
 
@@ -17,14 +18,23 @@
     ZUV_LOG_TEMPLATE(DDS, ZUV_LOG_BIT_EXCEPTION, DDS_SUBMODULE_ENTITY, __VA_ARGS__)
 
 // if (ZUV_DDS_IS_NULL(qos)) return DDS_RETCODE_BAD_PARAMETER;   True, after the report, for NULL.
-#define ZUV_DDS_IS_NULL(argument)                                                                  \
-    ((argument) == nullptr && zuv::dds::reportNull(__func__, #argument))
+#define ZUV_DDS_IS_NULL(argument) zuv::dds::isNull(__func__, argument, #argument)
 
 namespace zuv::dds
 {
 
-// Always true.
-bool reportNull(const char *function, const char *argument);
+// As ZUV_DDS_REPORT, in the name of another function: what several operations share reports for each of them.
+void reportAs(const char *function, const ZUVLogMessage &message, const char *argument);
+
+// True, after the report, for NULL.
+inline bool isNull(const char *function, const void *argument, const char *name)
+{
+    if (argument == nullptr) {
+        reportAs(function, DDS_LOG_BAD_PARAMETER_s, name);
+        return true;
+    }
+    return false;
+}
 
 // A new T on the system's heap, or null.
 template <typename T, typename... Arguments>
@@ -50,6 +60,16 @@ void heapDelete(T *object)
         ZUVOsapiHeap_free(object);
     }
 }
+
+struct HeapDeleter {
+    template <typename T>
+    void operator()(T *object) const
+    {
+        heapDelete(object);
+    }
+};
+template <typename T>
+using HeapOwner = std::unique_ptr<T, HeapDeleter>;
 
 // The result of `body`, or `failure` after a report when it throws: the middleware and the containers do, for want
 // of memory, shared memory or sockets, and no exception may leave an exported operation.

@@ -10,6 +10,7 @@
 
 #include "Conversions.hpp"
 #include "EntityImpl.hpp"
+#include "StatusKeeper.hpp"
 
 namespace zuv::dds
 {
@@ -19,59 +20,25 @@ namespace fast = eprosima::fastdds::dds;
 class WriterAdapter::Listener : public fast::DataWriterListener
 {
 public:
-    explicit Listener(DDS_DataWriter &writer) : writer_(writer) {}
+    explicit Listener(DDS_DataWriter &writer) : keeper(writer) {}
 
     void on_publication_matched(fast::DataWriter *,
                                 const fast::PublicationMatchedStatus &status) override
     {
-        const DDS_InstanceHandle_t reader = toOurs(status.last_subscription_handle);
-        DDS_PublicationMatchedStatus seen;
-        DDS_DataWriterListener user;
-        bool isCalled;
-        {
-            const std::lock_guard lock(mutex);
-            matched.total_count = status.total_count;
-            matched.total_count_change += status.total_count_change;
-            matched.current_count = status.current_count;
-            matched.current_count_change += status.current_count_change;
-            matched.last_subscription_handle = reader;
-            noteReader(reader, status.current_count_change);
-            user = listener;
-            isCalled = (mask & DDS_PUBLICATION_MATCHED_STATUS) != 0 &&
-                       user.on_publication_matched != nullptr;
-            seen = matched;
-            if (isCalled) {
-                matched.total_count_change = matched.current_count_change = 0;
-            }
-        }
-        changed.notify_all();
-        if (isCalled) {
-            user.on_publication_matched(user.listener_data, &writer_, &seen);
-        }
+        keeper.count(matched, status, DDS_PUBLICATION_MATCHED_STATUS,
+                     &DDS_DataWriterListener::on_publication_matched,
+                     [&](DDS_PublicationMatchedStatus &noted) {
+                         noted.last_subscription_handle = toOurs(status.last_subscription_handle);
+                         noteReader(noted.last_subscription_handle, status.current_count_change);
+                         changed.notify_all();
+                     });
     }
 
     void on_offered_incompatible_qos(fast::DataWriter *,
                                      const fast::OfferedIncompatibleQosStatus &status) override
     {
-        DDS_OfferedIncompatibleQosStatus seen;
-        DDS_DataWriterListener user;
-        bool isCalled;
-        {
-            const std::lock_guard lock(mutex);
-            incompatible.total_count = static_cast<DDS_Long>(status.total_count);
-            incompatible.total_count_change += static_cast<DDS_Long>(status.total_count_change);
-            incompatible.last_policy_id = static_cast<DDS_QosPolicyId_t>(status.last_policy_id);
-            user = listener;
-            isCalled = (mask & DDS_OFFERED_INCOMPATIBLE_QOS_STATUS) != 0 &&
-                       user.on_offered_incompatible_qos != nullptr;
-            seen = incompatible;
-            if (isCalled) {
-                incompatible.total_count_change = 0;
-            }
-        }
-        if (isCalled) {
-            user.on_offered_incompatible_qos(user.listener_data, &writer_, &seen);
-        }
+        keeper.countIncompatible(incompatible, status, DDS_OFFERED_INCOMPATIBLE_QOS_STATUS,
+                                 &DDS_DataWriterListener::on_offered_incompatible_qos);
     }
 
     bool hasReaderOf(const DDS_GUID_t &guid) const
@@ -81,10 +48,9 @@ public:
         });
     }
 
-    std::mutex mutex;
+    StatusKeeper<DDS_DataWriter, DDS_DataWriterListener> keeper;
+    // Under the keeper's mutex:
     std::condition_variable changed; // a reader matched or left
-    DDS_DataWriterListener listener = {};
-    DDS_StatusMask mask = DDS_STATUS_MASK_NONE;
     DDS_PublicationMatchedStatus matched = {};
     DDS_OfferedIncompatibleQosStatus incompatible = {};
     std::vector<DDS_GUID_t> readers;
@@ -102,8 +68,6 @@ private:
             });
         }
     }
-
-    DDS_DataWriter &writer_;
 };
 
 WriterAdapter::WriterAdapter(DDS_DataWriter &writer, const DDS_DataWriterListener *listener,
@@ -122,30 +86,22 @@ fast::DataWriterListener *WriterAdapter::fastListener()
 
 void WriterAdapter::setListener(const DDS_DataWriterListener *listener, DDS_StatusMask mask)
 {
-    const std::lock_guard lock(listener_->mutex);
-    listener_->listener = listener == nullptr ? DDS_DataWriterListener{} : *listener;
-    listener_->mask = listener == nullptr ? DDS_STATUS_MASK_NONE : mask;
+    listener_->keeper.setListener(listener, mask);
 }
 
 DDS_PublicationMatchedStatus WriterAdapter::takeMatchedStatus()
 {
-    const std::lock_guard lock(listener_->mutex);
-    const DDS_PublicationMatchedStatus status = listener_->matched;
-    listener_->matched.total_count_change = listener_->matched.current_count_change = 0;
-    return status;
+    return listener_->keeper.take(listener_->matched);
 }
 
 DDS_OfferedIncompatibleQosStatus WriterAdapter::takeIncompatibleStatus()
 {
-    const std::lock_guard lock(listener_->mutex);
-    const DDS_OfferedIncompatibleQosStatus status = listener_->incompatible;
-    listener_->incompatible.total_count_change = 0;
-    return status;
+    return listener_->keeper.take(listener_->incompatible);
 }
 
 bool WriterAdapter::waitForReaderOf(const DDS_GUID_t &guid, const DDS_Duration_t *maxWait)
 {
-    std::unique_lock lock(listener_->mutex);
+    std::unique_lock lock(listener_->keeper.mutex());
     const auto isMatched = [&] { return listener_->hasReaderOf(guid); };
     if (maxWait == nullptr || isMatched()) {
         return isMatched();

@@ -1,5 +1,5 @@
 // A writer's listener in the middleware: keeps the statuses, calls the user's listener, and knows which readers are
-// matched. Statuses are counted here because the middleware forgets a change as soon as a listener has seen it.
+// matched.
 #ifndef ZUV_PLATFORM_DDS_WRITER_ADAPTER_HPP
 #define ZUV_PLATFORM_DDS_WRITER_ADAPTER_HPP
 
