@@ -26,34 +26,35 @@ using Octets = std::vector<unsigned char>;
 template <typename T>
 struct Family;
 
-#define FAMILY(T)                                                                                  \
-    using T = ZUV_Service_Monitoring_##T;                                                          \
+#define FAMILY(T, SCOPED)                                                                          \
+    using T = SCOPED;                                                                              \
     template <>                                                                                    \
     struct Family<T> {                                                                             \
-        static constexpr auto getTypeCode = ZUV_Service_Monitoring_##T##_get_typecode;             \
-        static constexpr auto initialize = ZUV_Service_Monitoring_##T##_initialize;                \
-        static constexpr auto finalize = ZUV_Service_Monitoring_##T##_finalize;                    \
-        static constexpr auto copy = ZUV_Service_Monitoring_##T##_copy;                            \
-        static constexpr auto serialize =                                                          \
-            ZUV_Service_Monitoring_##T##Plugin_serialize_to_cdr_buffer;                            \
-        static constexpr auto deserialize =                                                        \
-            ZUV_Service_Monitoring_##T##Plugin_deserialize_from_cdr_buffer;                        \
+        static constexpr auto getTypeCode = SCOPED##_get_typecode;                                 \
+        static constexpr auto initialize = SCOPED##_initialize;                                    \
+        static constexpr auto finalize = SCOPED##_finalize;                                        \
+        static constexpr auto copy = SCOPED##_copy;                                                \
+        static constexpr auto serialize = SCOPED##Plugin_serialize_to_cdr_buffer;                  \
+        static constexpr auto deserialize = SCOPED##Plugin_deserialize_from_cdr_buffer;            \
     };
 
-FAMILY(ResourceGuid)
-FAMILY(KeyedResource)
-FAMILY(StatisticMetrics)
-FAMILY(StatisticVariable)
-FAMILY(CountStatus)
-FAMILY(ProcessConfig)
-FAMILY(ProcessPeriodic)
-FAMILY(ThreadPeriodic)
-FAMILY(ThreadPoolPeriodic)
-FAMILY(HostConfig)
-FAMILY(HostPeriodic)
-FAMILY(NetworkPerformance)
-FAMILY(EntityConfig)
-FAMILY(EntityEvent)
+FAMILY(EntityState, ZUV_Service_EntityState)
+FAMILY(BuiltinTopicKey, ZUV_Service_BuiltinTopicKey)
+
+FAMILY(ResourceGuid, ZUV_Service_Monitoring_ResourceGuid)
+FAMILY(KeyedResource, ZUV_Service_Monitoring_KeyedResource)
+FAMILY(StatisticMetrics, ZUV_Service_Monitoring_StatisticMetrics)
+FAMILY(StatisticVariable, ZUV_Service_Monitoring_StatisticVariable)
+FAMILY(CountStatus, ZUV_Service_Monitoring_CountStatus)
+FAMILY(ProcessConfig, ZUV_Service_Monitoring_ProcessConfig)
+FAMILY(ProcessPeriodic, ZUV_Service_Monitoring_ProcessPeriodic)
+FAMILY(ThreadPeriodic, ZUV_Service_Monitoring_ThreadPeriodic)
+FAMILY(ThreadPoolPeriodic, ZUV_Service_Monitoring_ThreadPoolPeriodic)
+FAMILY(HostConfig, ZUV_Service_Monitoring_HostConfig)
+FAMILY(HostPeriodic, ZUV_Service_Monitoring_HostPeriodic)
+FAMILY(NetworkPerformance, ZUV_Service_Monitoring_NetworkPerformance)
+FAMILY(EntityConfig, ZUV_Service_Monitoring_EntityConfig)
+FAMILY(EntityEvent, ZUV_Service_Monitoring_EntityEvent)
 
 // A sample that owns what it points to.
 template <typename T>
@@ -164,6 +165,12 @@ protected:
 
 using MonitoringVector = MonitoringSample;
 
+TEST_F(MonitoringVector, ofTypesThatServicesShare)
+{
+    expectVector("entity_state", EntityState{ZUV_Service_EntityStateKind_RUNNING});
+    expectVector("builtin_topic_key", BuiltinTopicKey{{1, 0x01020304, 0, 0xffffffff}});
+}
+
 TEST_F(MonitoringVector, ofResources)
 {
     KeyedResource resource;
@@ -211,6 +218,7 @@ TEST_F(MonitoringVector, ofHostsAndTheNetwork)
     expectVector("host_config", HostConfig{name, 0x9abcdef0, 1, 2, target});
     expectVector("host_periodic_bare", HostPeriodic{nullptr, nullptr, nullptr, 7});
     expectVector("host_periodic_some", HostPeriodic{&first_, nullptr, &second_, 7});
+    expectVector("host_periodic_full", HostPeriodic{&first_, &second_, &first_, 7});
     expectVector("network_performance_bare", NetworkPerformance{nullptr, nullptr, nullptr});
     expectVector("network_performance_some", NetworkPerformance{nullptr, nullptr, &first_});
     expectVector("network_performance_full", NetworkPerformance{&first_, &second_, &first_});

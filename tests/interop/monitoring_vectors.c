@@ -1,4 +1,4 @@
-/* Prints samples of the monitoring model as a stranger serializes them: Cyclone DDS, and ServiceMonitoring.idl
+/* Prints samples of the types that services share and of the monitoring model as a stranger serializes them: Cyclone DDS, and ServiceMonitoring.idl
  * alone. Each line is a name and the octets, little endian, without the encapsulation header. */
 #include <stdio.h>
 #include <stdlib.h>
@@ -30,6 +30,14 @@ static void print(const char *name, const dds_topic_descriptor_t *descriptor, co
         const ZUV_Service_Monitoring_##T sample = __VA_ARGS__;                                     \
         print(NAME, &ZUV_Service_Monitoring_##T##_desc, &sample);                                  \
     } while (0)
+
+static void printShared(void)
+{
+    const ZUV_Service_EntityState state = {ZUV_Service_RUNNING};
+    const ZUV_Service_BuiltinTopicKey key = {{1, 0x01020304, 0, 0xffffffff}};
+    print("entity_state", &ZUV_Service_EntityState_desc, &state);
+    print("builtin_topic_key", &ZUV_Service_BuiltinTopicKey_desc, &key);
+}
 
 static void printResources(void)
 {
@@ -64,6 +72,7 @@ int main(void)
     Variable first = {{1000, 42, 1.5F, -1, 2, 0.25F}};
     Variable second = {{5000, -1, 0, 0, 3.4028234663852886e+38F, 0}};
 
+    printShared();
     printResources();
     print("statistic_metrics", &ZUV_Service_Monitoring_StatisticMetrics_desc,
           &first.publication_period_metrics);
@@ -73,6 +82,7 @@ int main(void)
     PRINT("host_config", HostConfig, {"host", 0x9abcdef0, 1, 2, "x86_64Linux"});
     PRINT("host_periodic_bare", HostPeriodic, {NULL, NULL, NULL, 7});
     PRINT("host_periodic_some", HostPeriodic, {&first, NULL, &second, 7});
+    PRINT("host_periodic_full", HostPeriodic, {&first, &second, &first, 7});
     PRINT("network_performance_bare", NetworkPerformance, {NULL, NULL, NULL});
     PRINT("network_performance_some", NetworkPerformance, {NULL, NULL, &first});
     PRINT("network_performance_full", NetworkPerformance, {&first, &second, &first});
