@@ -24,6 +24,9 @@ if(ZUV_BUILD_FUZZERS)
     target_compile_options(zuv_settings INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
+# Every room can be part of a library that links what all of them link: see packaging/.
+set(CMAKE_FIND_PACKAGE_TARGETS_GLOBAL ON)
+
 # zuv_room(<name> [USES <room>...] [PRIVATE <imported library>...] [PRECOMPILE <header>...])
 # PRECOMPILE: third-party headers of which most sources of the room include some, compiled once for all.
 function(zuv_room name)
@@ -36,6 +39,8 @@ function(zuv_room name)
         return()
     endif()
     add_library(${name} STATIC ${sources})
+    set_property(GLOBAL APPEND PROPERTY ZUV_ROOMS ${name})
+    set_property(GLOBAL APPEND PROPERTY ZUV_ROOM_LIBRARIES ${ROOM_PRIVATE})
     target_link_libraries(${name} PUBLIC zuv_settings ${ROOM_USES} PRIVATE ${ROOM_PRIVATE})
     if(ROOM_PRECOMPILE)
         target_precompile_headers(${name} PRIVATE ${ROOM_PRECOMPILE})
