@@ -214,7 +214,8 @@ int ZUV_BrelServiceAdminSupport_setOctetBodyContiguousBuffer(ZUV_Service_Admin_C
         report(ZUV_LOG_GET_FAILURE_s, "octet body contiguous buffer for reply");
         return 0;
     }
-    if (buffer == ownBuffer) {
+    // A lent buffer that grew where it stands is lent anew, for its new length.
+    if (buffer == ownBuffer && isReallocated == 0) {
         return 1;
     }
     if (!DDS_OctetSeq_unloan(octets) ||

@@ -418,6 +418,15 @@ TEST_F(OctetBuffers, octetBodyBorrowsTheDynamicOne)
     EXPECT_TRUE(log_.isEmpty());
 }
 
+TEST_F(OctetBuffers, octetBodyHasAllOfABufferThatGrewInPlace)
+{
+    // In steps this small the heap often has room behind the block.
+    for (int length = 16; length < 100000; length += 16) {
+        ASSERT_EQ(set(length), 1);
+        ASSERT_EQ(DDS_OctetSeq_get_maximum(&reply_.octet_body), length);
+    }
+}
+
 TEST_F(OctetBuffers, octetBodyKeepsABufferThatIsLargeEnough)
 {
     ASSERT_EQ(set(50), 1);
