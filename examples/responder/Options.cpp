@@ -53,6 +53,8 @@ constexpr Row kRows[] = {
      [](Options &options, std::string_view value) {
          return readNumber(value, options.treatedCount);
      }},
+    {"-help", nullptr, "show this",
+     [](Options &options, std::string_view) { return options.isHelp = true; }},
 };
 
 const Row *findRow(std::string_view name)
@@ -71,9 +73,12 @@ std::optional<Options> parseOptions(int argc, char **argv)
 {
     Options options;
     for (int index = 1; index < argc; ++index) {
-        const Row *row = findRow(argv[index]);
+        const char *const name = argv[index];
+        const Row *row = findRow(name);
         if (row == nullptr || (row->value != nullptr && ++index == argc) ||
             !row->take(options, row->value != nullptr ? argv[index] : "")) {
+            std::fprintf(stderr, "responder: %s %s\n",
+                         row == nullptr ? "unknown option" : "bad value for option", name);
             return std::nullopt;
         }
     }

@@ -11,6 +11,7 @@ namespace responder
 {
 
 struct Options {
+    bool isHelp = false;
     std::int32_t domainId = 0;
     std::string name = "S1";
     // How requests are treated; without any of these each is answered at once, with an account of it.
@@ -22,7 +23,7 @@ struct Options {
     std::uint32_t treatedCount = UINT32_MAX;
 };
 
-// Nothing when the command line cannot be used.
+// Nothing, after a line on the standard error, when the command line cannot be used.
 std::optional<Options> parseOptions(int argc, char **argv);
 
 void printUsage();

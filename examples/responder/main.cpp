@@ -20,6 +20,14 @@ void requestStop(int)
     g_stop = 1;
 }
 
+// A signal that is ignored stays so: behind a script, Ctrl-C is the shell's and does not end the service.
+void stopOn(int number)
+{
+    if (std::signal(number, requestStop) == SIG_IGN) {
+        std::signal(number, SIG_IGN);
+    }
+}
+
 bool run(const responder::Options &options)
 {
     // How long after a signal the service stops, at most.
@@ -46,11 +54,15 @@ int main(int argc, char **argv)
     BRELLog_setUp();
     const auto options = responder::parseOptions(argc, argv);
     if (!options) {
-        responder::printUsage();
+        std::fputs("Try 'responder -help'.\n", stderr);
         return EXIT_FAILURE;
     }
-    std::signal(SIGTERM, requestStop);
-    std::signal(SIGINT, requestStop);
+    if (options->isHelp) {
+        responder::printUsage();
+        return EXIT_SUCCESS;
+    }
+    stopOn(SIGTERM);
+    stopOn(SIGINT);
     const bool isGood = run(*options);
     DDS_DomainParticipantFactory_finalize_instance();
     return isGood ? EXIT_SUCCESS : EXIT_FAILURE;

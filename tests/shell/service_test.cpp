@@ -102,6 +102,47 @@ TEST(Service, stopsCleanlyOnASignal)
     }
 }
 
+TEST(Service, leavesTheControlCOfItsTerminalToTheShellWhenItIsToldTo)
+{
+    ProcessOptions options;
+    options.ignoredSignals = {SIGINT};
+    Process service(responderCommand(), options);
+    ASSERT_TRUE(service.waitForOutput("ready\n"));
+    service.signal(SIGINT);
+    EXPECT_EQ(service.wait(Process::Duration{500}), std::nullopt);
+    service.signal(SIGTERM);
+    EXPECT_EQ(service.wait(), 0);
+}
+
+TEST(Service, namesTheOptionThatItCannotUse)
+{
+    const ProcessResult unknown = runProcess({RESPONDER, "-foo"});
+    EXPECT_EQ(unknown.status, 1);
+    EXPECT_THAT(unknown.errors, StartsWith("responder: unknown option -foo\n"));
+    for (const std::vector<std::string> &bad :
+         {std::vector<std::string>{"-delay", "soon"}, {"-delay"}, {"-delay", "-1"}}) {
+        std::vector<std::string> command = {RESPONDER};
+        command.insert(command.end(), bad.begin(), bad.end());
+        const ProcessResult result = runProcess(command);
+        EXPECT_EQ(result.status, 1);
+        EXPECT_THAT(result.errors, StartsWith("responder: bad value for option -delay\n"));
+        EXPECT_EQ(result.output, "");
+    }
+    const ProcessResult help = runProcess({RESPONDER, "-help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_THAT(help.output, StartsWith("Usage: responder [options]..."));
+}
+
+TEST(Service, thatIsSilentActsAndIsNotHeard)
+{
+    Responder service({"-silent", "-first", "1"});
+    Session shell(1);
+    shell.letDiscover();
+    EXPECT_THAT(shell.run("get S1 first"), Optional(Eq(kNoResponse)));
+    EXPECT_TRUE(service.waitForOutput("resource 'first'"));
+    EXPECT_THAT(shell.run("get S1 second"), Optional(StartsWith(account("S1", "second"))));
+}
+
 TEST(Services, ofDifferentNamesActOnlyWhenNamed)
 {
     Responder first({"-name", "S1"});
@@ -129,6 +170,31 @@ TEST(Services, aNameOfAServiceMayBeAPattern)
     EXPECT_THAT(shell.run("get S27 b"),
                 Optional(StartsWith("Result: S* got GET_ACTION for 'S27'")));
     EXPECT_THAT(shell.run("get T1 c"), Optional(Eq(kNoResponse)));
+}
+
+TEST(Services, areNotReachedByAPatternInARequest)
+{
+    Responder service({"-name", "S1"});
+    Session shell(1);
+    shell.letDiscover();
+    EXPECT_THAT(shell.run("get S* a"), Optional(Eq(kNoResponse)));
+    EXPECT_THAT(shell.run("get S[1] b"), Optional(Eq(kNoResponse)));
+    EXPECT_THAT(shell.run("get S1 c"), Optional(StartsWith(account("S1", "c"))));
+    EXPECT_THAT(service.output(), AllOf(Not(HasSubstr("'a'")), Not(HasSubstr("'b'"))));
+}
+
+TEST(Services, thatShareANameAllActAndTheFirstReplyCounts)
+{
+    Responder quick;
+    Responder slow({"-delay", "25", "-error"});
+    Session shell(5);
+    shell.letDiscover();
+    // More commands than a shell keeps replies.
+    for (int count = 0; count < 40; ++count) {
+        const std::string name = "n" + std::to_string(count);
+        ASSERT_THAT(shell.run("get S1 " + name), Optional(StartsWith(account("S1", name))));
+    }
+    EXPECT_TRUE(slow.waitForOutput("'n39'"));
 }
 
 TEST(Replies, thatComeTooLateAreNotTakenForLaterOnes)

@@ -134,6 +134,30 @@ TEST(Terminal, endOfFileGivesAFreshPromptAndFurtherLinesAreRead)
     expectGoodEnd(shell);
 }
 
+TEST(Terminal, endOfFileBehindAnUnfinishedLineDropsTheLineAndEndsTheSession)
+{
+    Session shell(1, terminal());
+    shell.write("bogus");
+    // The first hands the line over as it is, the second is the end behind it.
+    shell.typeControl(kControlD);
+    shell.watch(Process::Duration{100});
+    shell.typeControl(kControlD);
+    EXPECT_EQ(shell.wait(), 0);
+    EXPECT_TRUE(shell.output().ends_with("Stopping...\n")) << shell.output();
+    EXPECT_EQ(shell.output().find("Unknown command"), std::string::npos);
+}
+
+TEST(Pipe, aLastLineWithoutItsEndIsDroppedAndEndsTheSession)
+{
+    Session shell(1);
+    shell.write("hello\nbogus");
+    shell.closeInput();
+    EXPECT_EQ(shell.wait(), 0);
+    EXPECT_EQ(shell.output(), startLine(loopbackDomainId(), 1) + std::string(kPrompt) +
+                                  std::string(kPrompt) + "Stopping...\n");
+    EXPECT_EQ(shell.errors(), "");
+}
+
 TEST(Pipe, endOfFileDoesNotEndTheShell)
 {
     Session shell(1);
