@@ -27,12 +27,16 @@ endif()
 # Every room can be part of a library that links what all of them link: see packaging/.
 set(CMAKE_FIND_PACKAGE_TARGETS_GLOBAL ON)
 
-# zuv_room(<name> [USES <room>...] [PRIVATE <imported library>...] [PRECOMPILE <header>...])
+include(${CMAKE_CURRENT_LIST_DIR}/EmbedTexts.cmake)
+
+# zuv_room(<name> [USES <room>...] [PRIVATE <imported library>...] [PRECOMPILE <header>...]
+#          [TEXTS_HEADER <header> TEXTS <array>=<file>=<count>...])
 # PRECOMPILE: third-party headers of which most sources of the room include some, compiled once for all.
+# TEXTS: files that the room carries inside, see EmbedTexts.cmake.
 function(zuv_room name)
-    cmake_parse_arguments(ROOM "" "" "USES;PRIVATE;PRECOMPILE" ${ARGN})
+    cmake_parse_arguments(ROOM "" "TEXTS_HEADER" "USES;PRIVATE;PRECOMPILE;TEXTS" ${ARGN})
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.c)
-    if(NOT sources)
+    if(NOT sources AND NOT ROOM_TEXTS)
         # Headers alone.
         add_library(${name} INTERFACE)
         target_link_libraries(${name} INTERFACE zuv_settings ${ROOM_USES})
@@ -42,6 +46,9 @@ function(zuv_room name)
     set_property(GLOBAL APPEND PROPERTY ZUV_ROOMS ${name})
     set_property(GLOBAL APPEND PROPERTY ZUV_ROOM_LIBRARIES ${ROOM_PRIVATE})
     target_link_libraries(${name} PUBLIC zuv_settings ${ROOM_USES} PRIVATE ${ROOM_PRIVATE})
+    if(ROOM_TEXTS)
+        zuv_embed_texts(${name} HEADER ${ROOM_TEXTS_HEADER} TEXTS ${ROOM_TEXTS})
+    endif()
     if(ROOM_PRECOMPILE)
         target_precompile_headers(${name} PRIVATE ${ROOM_PRECOMPILE})
     endif()
