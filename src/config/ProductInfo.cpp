@@ -3,6 +3,7 @@
 #include <array>
 
 #include "config/Version.h"
+#include "log/Log.h"
 
 #define REQUEST_NAMES(TYPE, TOPIC)                                                                 \
     "ZUV::BrelService::Administration::" TYPE, "zuv/brel_service/administration/" TOPIC
@@ -65,6 +66,9 @@ const BRELProductInfo *BRELProductInfo_get(void)
 
 void BRELProductInfo_set(const ZUV_BrelServiceProductInfo *info)
 {
+    if (BREL_IS_NULL(BREL_SUBMODULE_ELEMENTS, info)) {
+        return;
+    }
     for (const auto &[from, to] : kReplaceable) {
         const char *name = info->*from;
         g_productInfo.*to = name != nullptr ? name : kDefaults.*to;

@@ -61,8 +61,8 @@ extern const BRELProductInfo BREL_PRODUCT_INFO_DEFAULT;
  * it, which a program does before it starts the service. */
 const BRELProductInfo *BRELProductInfo_get(void);
 
-/* Replace the first five names by those of `info`, which must not be NULL. The texts are borrowed until
- * the next set or reset; where one is NULL, the default stands. */
+/* Replace the first five names by those of `info`. The texts are borrowed until the next set or reset; where one
+ * is NULL, the default stands. A NULL `info` is reported, and changes nothing. */
 void BRELProductInfo_set(const ZUV_BrelServiceProductInfo *info);
 
 /* Go back to the defaults. */

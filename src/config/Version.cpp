@@ -12,6 +12,9 @@ extern "C" {
 
 void BREL_versionToString(const ZUV_BrelServiceVersion *version, char *versionAsString)
 {
+    if (IS_NULL(version) || IS_NULL(versionAsString)) {
+        return;
+    }
     const DDS_ProductVersion_t narrowed = {
         static_cast<uint8_t>(version->major),
         static_cast<uint8_t>(version->minor),
@@ -38,6 +41,9 @@ int ZUV_BrelServiceVersion_compare(const ZUV_BrelServiceVersion *left,
 
 void BRELParameterManager_printVersionI(const DDS_ProductVersion_t *version)
 {
+    if (IS_NULL(version)) {
+        return;
+    }
     std::printf("%s %d.%d.%d", BRELProductInfo_get()->productName, version->major, version->minor,
                 version->release);
     if (version->revision > 0) {

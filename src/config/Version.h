@@ -22,7 +22,7 @@ typedef struct ZUV_BrelServiceVersion {
 
 /* Write the version into `versionAsString`, which has room for DDS_PRODUCT_VERSION_MAX_STRING_SIZE bytes,
  * in the form of DDS_ProductVersion_to_string. Of each number only the lowest byte counts. Neither may be
- * NULL. */
+ * NULL; nothing happens after the report of one that is. */
 void BREL_versionToString(const ZUV_BrelServiceVersion *version, char *versionAsString);
 
 /* -1, 0 or 1 as `left` is older than `right`, of the same age, or newer, by major, minor and release number.
@@ -35,7 +35,7 @@ int ZUV_BrelServiceVersion_compare(const ZUV_BrelServiceVersion *left,
  * "ZUV Brel Service 7.7.0", with " (rev 1)" behind it for a revision above 0. */
 void BRELParameterManager_printVersion(void);
 
-/* The same for a given version, which must not be NULL. */
+/* The same for a given version, which must not be NULL: that prints nothing, after a report. */
 void BRELParameterManager_printVersionI(const DDS_ProductVersion_t *version);
 
 #ifdef __cplusplus

@@ -6,6 +6,8 @@
 
 #include "config/ProductInfo.h"
 #include "config/Version.h"
+#include "log/Log.h"
+#include "support/LogCapture.h"
 
 namespace
 {
@@ -105,6 +107,16 @@ TEST_F(ProductInfo, aNameThatIsNotGivenIsTheDefault)
     EXPECT_STREQ(BRELProductInfo_get()->productName, "Bridge");
 }
 
+TEST_F(ProductInfo, staysAsItIsWithoutNewNames)
+{
+    BRELLog_setUp();
+    const zuv_test::LogCapture log;
+    BRELProductInfo_set(nullptr);
+    EXPECT_TRUE(log.isExactly(
+        {{&ZUV_LOG_PRECONDITION_FAILURE_s, "!meet precondition: info == ((void *)0)"}}));
+    EXPECT_EQ(textsOf(*BRELProductInfo_get()), defaults());
+}
+
 TEST_F(ProductInfo, itsVersionIsBuiltOnce)
 {
     EXPECT_STREQ(BRELProductInfo_getVersion(), "7.7.0.0");
@@ -120,6 +132,20 @@ TEST(Version, asTextNarrowsItsNumbersToBytes)
     const ZUV_BrelServiceVersion wide = {256, 257, -1, 511};
     BREL_versionToString(&wide, text);
     EXPECT_STREQ(text, "0.1.255.255");
+}
+
+TEST(Version, asTextNeedsAVersionAndRoom)
+{
+    BRELLog_setUp();
+    const zuv_test::LogCapture log;
+    char text[DDS_PRODUCT_VERSION_MAX_STRING_SIZE] = "untouched";
+    const ZUV_BrelServiceVersion version = {7, 7, 1, 2};
+    BREL_versionToString(nullptr, text);
+    BREL_versionToString(&version, nullptr);
+    EXPECT_STREQ(text, "untouched");
+    EXPECT_TRUE(log.isExactly(
+        {{&ZUV_LOG_PRECONDITION_FAILURE_s, "!meet precondition: version == ((void *)0)"},
+         {&ZUV_LOG_PRECONDITION_FAILURE_s, "!meet precondition: versionAsString == ((void *)0)"}}));
 }
 
 } // namespace

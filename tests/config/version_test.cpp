@@ -58,6 +58,17 @@ std::string printed(void (*print)())
     return testing::internal::GetCapturedStdout();
 }
 
+TEST(PrintedVersion, isNothingWithoutAVersion)
+{
+    BRELLog_setUp();
+    const zuv_test::LogCapture log;
+    testing::internal::CaptureStdout();
+    BRELParameterManager_printVersionI(nullptr);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    EXPECT_TRUE(log.isExactly(
+        {{&ZUV_LOG_PRECONDITION_FAILURE_s, "!meet precondition: version == ((void *)0)"}}));
+}
+
 TEST(PrintedVersion, hasTheProductAndThreeNumbers)
 {
     EXPECT_EQ(printed(BRELParameterManager_printVersion), "ZUV Brel Service 7.7.0\n");
