@@ -39,6 +39,9 @@ typedef struct DDS_DomainParticipantQos {
     DDS_PropertyQosPolicy property;
     DDS_EntityNameQosPolicy participant_name;
     DDS_ServiceQosPolicy service;
+    DDS_DomainParticipantResourceLimitsQosPolicy resource_limits;
+    DDS_DiscoveryQosPolicy discovery;
+    DDS_TransportBuiltinQosPolicy transport_builtin;
 } DDS_DomainParticipantQos;
 
 DDS_QOS_DECLARE(DDS_DomainParticipantQos)
@@ -101,6 +104,8 @@ typedef struct DDS_DataWriterQos {
     DDS_DataWriterProtocolQosPolicy protocol;
     DDS_PropertyQosPolicy property;
     DDS_ServiceQosPolicy service;
+    DDS_BatchQosPolicy batch;
+    DDS_TopicQueryDispatchQosPolicy topic_query_dispatch;
 } DDS_DataWriterQos;
 
 DDS_QOS_DECLARE(DDS_DataWriterQos)

@@ -222,6 +222,10 @@ typedef struct DDS_DataReaderProtocolQosPolicy {
  * number of samples that may wait for acknowledgement. */
 typedef struct DDS_RtpsReliableWriterProtocol_t {
     DDS_Duration_t heartbeat_period;
+    DDS_Duration_t fast_heartbeat_period;        /* while the send window is nearly full */
+    DDS_Duration_t late_joiner_heartbeat_period; /* for a reader that still catches up */
+    DDS_Long max_heartbeat_retries;      /* without an answer; DDS_LENGTH_UNLIMITED or above 0 */
+    DDS_Long heartbeats_per_max_samples; /* that ride on samples, in one send window */
     DDS_Duration_t min_nack_response_delay;
     DDS_Duration_t max_nack_response_delay;
     DDS_Duration_t nack_suppression_duration;
@@ -230,6 +234,8 @@ typedef struct DDS_RtpsReliableWriterProtocol_t {
 } DDS_RtpsReliableWriterProtocol_t;
 
 typedef struct DDS_DataWriterProtocolQosPolicy {
+    DDS_Boolean disable_inline_keyhash;     /* leave the hash of the key out of the samples */
+    DDS_Boolean serialize_key_with_dispose; /* a dispose carries the key, not only its hash */
     DDS_RtpsReliableWriterProtocol_t rtps_reliable_writer;
 } DDS_DataWriterProtocolQosPolicy;
 
@@ -242,6 +248,41 @@ typedef struct DDS_DataReaderResourceLimitsQosPolicy {
 typedef struct DDS_DataWriterResourceLimitsQosPolicy {
     DDS_Boolean autoregister_instances;
 } DDS_DataWriterResourceLimitsQosPolicy;
+
+/* What discovery says about a participant at the most; DDS_LENGTH_UNLIMITED or at least 0. */
+typedef struct DDS_DomainParticipantResourceLimitsQosPolicy {
+    DDS_Long type_code_max_serialized_length;        /* octets of one type */
+    DDS_Long participant_property_string_max_length; /* octets of all propagated properties */
+} DDS_DomainParticipantResourceLimitsQosPolicy;
+
+/* Where other participants are looked for. Each peer is "[udpv4://]ADDRESS[:PORT]" with an IPv4 address in
+ * numbers; without a port the first ports of the domain are tried. Empty: as the profile of the middleware
+ * says, otherwise this machine. */
+typedef struct DDS_DiscoveryQosPolicy {
+    DDS_StringSeq initial_peers;
+} DDS_DiscoveryQosPolicy;
+
+/* The transports that a participant may use, of those that the profile of the middleware gives it. */
+typedef DDS_UnsignedLong DDS_TransportBuiltinKindMask;
+#define DDS_TRANSPORTBUILTIN_MASK_NONE 0u
+#define DDS_TRANSPORTBUILTIN_UDPv4 1u
+#define DDS_TRANSPORTBUILTIN_SHMEM 2u
+#define DDS_TRANSPORTBUILTIN_UDPv6 8u
+#define DDS_TRANSPORTBUILTIN_MASK_DEFAULT (DDS_TRANSPORTBUILTIN_UDPv4 | DDS_TRANSPORTBUILTIN_SHMEM)
+
+typedef struct DDS_TransportBuiltinQosPolicy {
+    DDS_TransportBuiltinKindMask mask;
+} DDS_TransportBuiltinQosPolicy;
+
+/* Samples that are collected and sent together. */
+typedef struct DDS_BatchQosPolicy {
+    DDS_Boolean enable;
+} DDS_BatchQosPolicy;
+
+/* Whether a writer answers readers that ask for samples of the past. */
+typedef struct DDS_TopicQueryDispatchQosPolicy {
+    DDS_Boolean enable;
+} DDS_TopicQueryDispatchQosPolicy;
 
 #ifdef __cplusplus
 }

@@ -67,6 +67,7 @@ protected:
             break;
         case QosFieldKind::kLong:
         case QosFieldKind::kEnum:
+        case QosFieldKind::kMask:
             *static_cast<DDS_Long *>(place) += 1;
             break;
         case QosFieldKind::kDuration:
