@@ -143,9 +143,13 @@ const Names kCppHeaders = {
     "version",
 };
 
+constexpr std::string_view kExtensions[] = {".h", ".hpp", ".c", ".cpp"};
+
+enum class Form { quoted, angled, unreadable };
+
 struct Include {
     std::string name;
-    bool isQuoted;
+    Form form;
 };
 
 std::string_view folderOf(std::string_view path)
@@ -156,13 +160,18 @@ std::string_view folderOf(std::string_view path)
 
 std::vector<Include> includesOf(std::string_view text)
 {
-    static const std::regex pattern(R"re(^\s*#\s*include\s*(?:"([^"]+)"|<([^>]+)>))re");
+    // In plain sight only: not behind a comment, not by a macro, and in no other directive.
+    static const std::regex plain(R"re(^\s*#\s*include\s*(?:"([^"]+)"|<([^>]+)>))re");
+    static const std::regex any(R"re(^(?:.*\*/)?\s*#\s*(?:include|import).*)re");
     std::vector<Include> includes;
     std::istringstream lines{std::string(text)};
     for (std::string line; std::getline(lines, line);) {
         std::smatch match;
-        if (std::regex_search(line, match, pattern)) {
-            includes.push_back({match[1].matched ? match[1] : match[2], match[1].matched});
+        if (std::regex_search(line, match, plain)) {
+            includes.push_back({match[1].matched ? match[1] : match[2],
+                                match[1].matched ? Form::quoted : Form::angled});
+        } else if (std::regex_search(line, any)) {
+            includes.push_back({line, Form::unreadable});
         }
     }
     return includes;
@@ -201,19 +210,38 @@ std::optional<std::string> brokenBySystemHeader(std::string_view path, const Inc
     return std::nullopt;
 }
 
+std::optional<std::string> brokenBy(std::string_view path, std::string_view room,
+                                    const Include &include)
+{
+    switch (include.form) {
+    case Form::quoted:
+        return brokenByOwnHeader(room, include);
+    case Form::angled:
+        return brokenBySystemHeader(path, include);
+    case Form::unreadable:
+        break;
+    }
+    return "in a form that hides what";
+}
+
 } // namespace
 
 std::vector<std::string> brokenFloorRules(std::string_view path, std::string_view text)
 {
+    const std::vector<Include> includes = includesOf(text);
+    if (std::none_of(std::begin(kExtensions), std::end(kExtensions),
+                     [=](std::string_view extension) { return path.ends_with(extension); })) {
+        return includes.empty()
+                   ? std::vector<std::string>{}
+                   : std::vector{std::string(path) + " includes, and is no header or source"};
+    }
     const std::string_view room = folderOf(path);
     if (!kFloors.contains(room)) {
         return {std::string(path) + " stands in a folder that is no room"};
     }
     std::vector<std::string> broken;
-    for (const Include &include : includesOf(text)) {
-        const auto rule = include.isQuoted ? brokenByOwnHeader(room, include)
-                                           : brokenBySystemHeader(path, include);
-        if (rule) {
+    for (const Include &include : includes) {
+        if (const auto rule = brokenBy(path, room, include)) {
             broken.push_back(std::string(path) + " includes " + include.name + ", " + *rule);
         }
     }

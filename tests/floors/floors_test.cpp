@@ -26,8 +26,7 @@ TEST(FloorRules, everyFileOfTheTreeKeepsThem)
     const std::filesystem::path root = ZUV_SOURCE_ROOT;
     std::size_t count = 0;
     for (const auto &entry : std::filesystem::recursive_directory_iterator(root)) {
-        const std::string extension = entry.path().extension();
-        if (extension != ".h" && extension != ".hpp" && extension != ".c" && extension != ".cpp") {
+        if (!entry.is_regular_file() || entry.path().filename() == "CMakeLists.txt") {
             continue;
         }
         ++count;
@@ -65,6 +64,23 @@ TEST(FloorRules, aHeaderOutsideTheRoomsIsReported)
     EXPECT_THAT(brokenFloorRules("config/Utils.cpp", "#include \"../tests/support/Heap.h\"\n"),
                 Not(IsEmpty()));
     EXPECT_THAT(brokenFloorRules("gadgets/Utils.cpp", ""), Not(IsEmpty()));
+}
+
+TEST(FloorRules, anIncludeThatHidesWhatItIncludesIsReported)
+{
+    for (const char *text : {"/* text */ #include <fastdds/dds/topic/Topic.hpp>\n",
+                             "/* text\n text */ #include <fastdds/dds/topic/Topic.hpp>\n",
+                             "#define HEADER <fastdds/dds/topic/Topic.hpp>\n#include HEADER\n",
+                             "#include_next <stdint.h>\n", "#import <libxml/tree.h>\n"}) {
+        EXPECT_THAT(brokenFloorRules("config/Utils.cpp", text), testing::SizeIs(1)) << text;
+    }
+    EXPECT_THAT(brokenFloorRules("config/Utils.cpp", "// as #include \"a.h\" does\n"), IsEmpty());
+}
+
+TEST(FloorRules, onlyHeadersAndSourcesMayInclude)
+{
+    EXPECT_THAT(brokenFloorRules("config/Utils.inl", "#include <string>\n"), Not(IsEmpty()));
+    EXPECT_THAT(brokenFloorRules("config/texts/page.txt", "no C\n"), IsEmpty());
 }
 
 TEST(FloorRules, aThirdPartyHeaderBelongsIntoAPlatformImplementation)
