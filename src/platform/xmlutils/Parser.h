@@ -5,6 +5,7 @@
  *   - is larger, deeper or wordier than the limits below allow, or is not UTF-8 without NUL characters;
  *   - holds a DOCTYPE, and with it any entity beyond the five of XML;
  *   - holds an element of XInclude, or the attribute xsi:schemaLocation;
+ *   - holds the attribute ZUVXMLUTILS_RESERVED_ATTRIBUTE_NAME, which is the program's own;
  *   - is not well-formed (XML 1.0, 2.1; Namespaces in XML 1.0).
  * Nothing that a document names is ever opened. The attribute xsi:noNamespaceSchemaLocation, which editors
  * use, is allowed and has no effect.
@@ -27,6 +28,9 @@ extern "C" {
 #define ZUVXMLUTILS_DEPTH_MAX 100
 #define ZUVXMLUTILS_ATTRIBUTE_COUNT_MAX 64
 #define ZUVXMLUTILS_TEXT_LENGTH_MAX (1024 * 1024)
+
+/* The program sets this attribute to addresses of its own elements. */
+#define ZUVXMLUTILS_RESERVED_ATTRIBUTE_NAME "zuv_xml_object_update"
 
 /* Read a document from a text. Returns its root, to be freed with ZUVXMLUTILSParser_freeDom; NULL when the
  * document is refused or there is no memory, after a report. */

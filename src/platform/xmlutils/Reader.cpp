@@ -80,6 +80,13 @@ bool isSchemaLocation(const RawAttribute &attribute)
            view(attribute.uri) == "http://www.w3.org/2001/XMLSchema-instance";
 }
 
+// The program binds elements to each other by addresses in this attribute.
+bool isReserved(const RawAttribute &attribute)
+{
+    return attribute.prefix == nullptr &&
+           view(attribute.name) == ZUVXMLUTILS_RESERVED_ATTRIBUTE_NAME;
+}
+
 const char *whatIsWrong(const xmlParserCtxt &parser, const xmlChar *tag, const xmlChar *uri,
                         const RawAttribute *attributes, int count)
 {
@@ -94,6 +101,10 @@ const char *whatIsWrong(const xmlParserCtxt &parser, const xmlChar *tag, const x
         return "the attribute schemaLocation is not allowed";
     }
     const Reading &reading = *static_cast<const Reading *>(parser._private);
+    if (reading.kind == DocumentKind::kTree &&
+        std::any_of(attributes, attributes + count, isReserved)) {
+        return "the attribute '" ZUVXMLUTILS_RESERVED_ATTRIBUTE_NAME "' is not allowed";
+    }
     if (reading.hasLongNames && hasLongName(view(tag), attributes, count)) {
         return "a name or tag has more than 255 characters";
         static_assert(ZUVXMLUTILS_NAME_LENGTH_MAX == 255);

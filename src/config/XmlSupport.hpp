@@ -1,0 +1,55 @@
+// The parts of the parser, which share these operations.
+#ifndef ZUV_CONFIG_XML_SUPPORT_HPP
+#define ZUV_CONFIG_XML_SUPPORT_HPP
+
+#include <memory>
+
+#include "config/XmlSupport.h"
+#include "platform/xmlutils/Parser.h"
+
+namespace brel
+{
+
+struct TreeDeleter {
+    void operator()(ZUVXMLUTILSObject *tree) const { ZUVXMLUTILSParser_freeDom(tree); }
+};
+using TreePointer = std::unique_ptr<ZUVXMLUTILSObject, TreeDeleter>;
+
+// The tag of a document's root.
+constexpr const char *kDocumentTag = "dds";
+
+bool hasTag(const ZUVXMLUTILSObject *xmlObject, const char *tag);
+
+} // namespace brel
+
+extern "C" {
+
+int BRELXMLSupportInfrastructure_initialize(BRELXMLSupportInfrastructure *self);
+void BRELXMLSupportInfrastructure_finalize(BRELXMLSupportInfrastructure *self);
+
+int BRELCfgFileParser_registerBuiltinExtensions(BRELCfgFileParser *self);
+
+int BRELCfgFileParser_loadStandardQosFiles(BRELCfgFileParser *self);
+int BRELCfgFileParser_loadDefaultFiles(BRELCfgFileParser *self);
+
+// Merge a parsed document, which stays the caller's to free unless it became the root.
+int BRELCfgFileParser_processDom(BRELCfgFileParser *self, ZUVXMLUTILSObject *xmlObject);
+
+// Both passes over the element and all in it: variables and names, then validation and records.
+int BRELCfgFileParser_initializeExtensionsExt(BRELCfgFileParser *self,
+                                              ZUVXMLUTILSObject *xmlObject);
+// The second pass.
+int BRELCfgFileParser_initializeExtensionsI(BRELCfgFileParser *self, ZUVXMLUTILSObject *xmlObject);
+// Delete the records of the element and of all in it, children first.
+void BRELCfgFileParser_finalizeExtensions(BRELCfgFileParser *self, ZUVXMLUTILSObject *xmlObject);
+
+// Let the QoS side tree have what the element says: the variables, types and libraries of a document, or a
+// profile that holds a QoS element.
+int BRELCfgFileParser_generateNativeExtensionObject(BRELCfgFileParser *self,
+                                                    ZUVXMLUTILSObject *xmlSourceElement,
+                                                    const char *topicFilter);
+// The profile of a QoS element in the side tree, or null.
+ZUVXMLObject *BRELCfgFileParser_lookUpLibraryNativeObject(const ZUVXMLUTILSObject *xmlObject);
+}
+
+#endif

@@ -1,0 +1,14 @@
+// What a class of further elements holds.
+#ifndef ZUV_PLATFORM_DDSXML_EXTENSION_CLASS_HPP
+#define ZUV_PLATFORM_DDSXML_EXTENSION_CLASS_HPP
+
+#include <string_view>
+
+#include "platform/ddsxml/DistLogger.h"
+
+struct ZUVXMLExtensionClass {
+    std::string_view tag; // a text that lives as long as the process
+    ZUV_DL_XMLConfigErrorFcn onError;
+};
+
+#endif
