@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <charconv>
 #include <cstring>
+#include <memory>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include <fastdds/dds/domain/qos/DomainParticipantQos.hpp>
 #include <fastdds/dds/publisher/qos/DataWriterQos.hpp>
@@ -11,6 +14,11 @@
 #include <fastdds/dds/subscriber/qos/DataReaderQos.hpp>
 #include <fastdds/dds/subscriber/qos/SubscriberQos.hpp>
 #include <fastdds/dds/topic/qos/TopicQos.hpp>
+#include <fastdds/rtps/flowcontrol/FlowControllerDescriptor.hpp>
+
+#include "QosNotice.hpp"
+#include "QosTransport.hpp"
+#include "Report.hpp"
 
 namespace zuv::dds
 {
@@ -19,10 +27,16 @@ namespace
 
 namespace fast = eprosima::fastdds::dds;
 namespace rtps = eprosima::fastrtps::rtps;
+using eprosima::fastdds::rtps::FlowControllerDescriptor;
 using eprosima::fastrtps::Duration_t;
 
 constexpr char kPoolBufferMaxSize[] =
     "dds.data_reader.history.memory_manager.fast_pool.pool_buffer_max_size";
+
+// On a participant, with the name of the controller and ".max_bytes_per_period" or ".period_ms" behind it.
+constexpr std::string_view kFlowControllerPrefix = "dds.flow_controller.";
+// On a writer: the name of the controller that its samples pass.
+constexpr char kFlowControllerOfWriter[] = "dds.publish_mode.flow_controller_name";
 
 Duration_t durationOf(const DDS_Duration_t &from)
 {
@@ -54,6 +68,59 @@ void mapProperties(const DDS_PropertyQosPolicy &from, rtps::PropertyPolicy &to)
         } else {
             list.push_back(property);
         }
+    }
+}
+
+const char *propertyOf(const DDS_PropertyQosPolicy &properties, const char *name)
+{
+    const DDS_Property_t *const found =
+        DDS_PropertyQosPolicyHelper_lookup_property(&properties, name);
+    return found == nullptr ? nullptr : found->value;
+}
+
+// A flow controller has its name from a text that must outlive it.
+struct FlowController : FlowControllerDescriptor {
+    explicit FlowController(std::string_view given) : ownName(given) { name = ownName.c_str(); }
+
+    const std::string ownName;
+};
+
+void mapFlowControllers(const DDS_PropertyQosPolicy &from,
+                        std::vector<std::shared_ptr<FlowControllerDescriptor>> &to)
+{
+    constexpr std::string_view kRate = ".max_bytes_per_period";
+    for (DDS_Long index = 0; index < DDS_PropertySeq_get_length(&from.value); ++index) {
+        const DDS_Property_t &property = *DDS_PropertySeq_get_reference(&from.value, index);
+        std::string_view name = property.name == nullptr ? "" : property.name;
+        if (!name.starts_with(kFlowControllerPrefix) || !name.ends_with(kRate)) {
+            continue;
+        }
+        name.remove_prefix(kFlowControllerPrefix.size());
+        name.remove_suffix(std::min(kRate.size(), name.size()));
+        auto controller = std::make_shared<FlowController>(name);
+        controller->max_bytes_per_period =
+            static_cast<std::int32_t>(positiveNumber(property.value));
+        const std::string period =
+            std::string(kFlowControllerPrefix) + std::string(name) + ".period_ms";
+        if (const char *const text = propertyOf(from, period.c_str())) {
+            controller->period_ms = positiveNumber(text);
+        }
+        if (controller->max_bytes_per_period == 0 || controller->period_ms == 0) {
+            ZUV_DDS_REPORT_TEMPLATE(&ZUV_LOG_FAILURE_TEMPLATE,
+                                    "make the flow controller \"%s\": no positive number",
+                                    controller->name);
+        } else {
+            to.push_back(controller);
+        }
+    }
+}
+
+// The name belongs to the writer's record, which lives as long as the writer.
+void useFlowController(const DDS_PropertyQosPolicy &from, fast::PublishModeQosPolicy &to)
+{
+    if (const char *const name = propertyOf(from, kFlowControllerOfWriter)) {
+        to.kind = fast::ASYNCHRONOUS_PUBLISH_MODE;
+        to.flow_controller_name = name;
     }
 }
 
@@ -159,10 +226,6 @@ void mapCommon(const From &from, To &to)
                                 ? fast::RELIABLE_RELIABILITY_QOS
                                 : fast::BEST_EFFORT_RELIABILITY_QOS;
     to.reliability().max_blocking_time = durationOf(from.reliability.max_blocking_time);
-    to.destination_order().kind =
-        from.destination_order.kind == DDS_BY_SOURCE_TIMESTAMP_DESTINATIONORDER_QOS
-            ? fast::BY_SOURCE_TIMESTAMP_DESTINATIONORDER_QOS
-            : fast::BY_RECEPTION_TIMESTAMP_DESTINATIONORDER_QOS;
     to.history().kind = historyOf(from.history.kind);
     to.history().depth = from.history.depth;
     to.ownership().kind = from.ownership.kind == DDS_EXCLUSIVE_OWNERSHIP_QOS
@@ -222,6 +285,11 @@ void mapQos(const DDS_DomainParticipantQos &from, fast::DomainParticipantQos &to
     to.entity_factory().autoenable_created_entities =
         from.entity_factory.autoenable_created_entities != 0;
     mapProperties(from.property, to.properties());
+    mapFlowControllers(from.property, to.flow_controllers());
+    mapTransports(from.transport_builtin, to);
+    mapTransportProperties(from.property, to);
+    mapPeers(from.discovery, to);
+    tellWhatHasNoEffect(kDomainParticipantQosRecord, &from);
 }
 
 void mapQos(const DDS_TopicQos &from, bool hasKey, fast::TopicQos &to)
@@ -233,6 +301,7 @@ void mapQos(const DDS_TopicQos &from, bool hasKey, fast::TopicQos &to)
     to.lifespan().duration = durationOf(from.lifespan.duration);
     to.resource_limits() = limitsOf(from.resource_limits, from.history, 0, hasKey);
     mapRepresentation(from.representation, to.representation().m_value);
+    tellWhatHasNoEffect(kTopicQosRecord, &from);
 }
 
 void mapQos(const DDS_PublisherQos &from, fast::PublisherQos &to)
@@ -242,6 +311,7 @@ void mapQos(const DDS_PublisherQos &from, fast::PublisherQos &to)
     mapOctets(from.group_data.value, to.group_data());
     to.entity_factory().autoenable_created_entities =
         from.entity_factory.autoenable_created_entities != 0;
+    tellWhatHasNoEffect(kPublisherQosRecord, &from);
 }
 
 void mapQos(const DDS_SubscriberQos &from, fast::SubscriberQos &to)
@@ -251,6 +321,7 @@ void mapQos(const DDS_SubscriberQos &from, fast::SubscriberQos &to)
     mapOctets(from.group_data.value, to.group_data());
     to.entity_factory().autoenable_created_entities =
         from.entity_factory.autoenable_created_entities != 0;
+    tellWhatHasNoEffect(kSubscriberQosRecord, &from);
 }
 
 void mapQos(const DDS_DataWriterQos &from, bool hasKey, fast::DataWriterQos &to)
@@ -265,6 +336,7 @@ void mapQos(const DDS_DataWriterQos &from, bool hasKey, fast::DataWriterQos &to)
         from.writer_data_lifecycle.autodispose_unregistered_instances != 0;
     mapRepresentation(from.representation, to.representation().m_value);
     mapProperties(from.property, to.properties());
+    useFlowController(from.property, to.publish_mode());
 
     const DDS_RtpsReliableWriterProtocol_t &protocol = from.protocol.rtps_reliable_writer;
     auto &times = to.reliable_writer_qos().times;
@@ -282,6 +354,7 @@ void mapQos(const DDS_DataWriterQos &from, bool hasKey, fast::DataWriterQos &to)
     // Filters are evaluated where the samples are read, whoever wrote them.
     to.writer_resource_limits().reader_filters_allocation =
         eprosima::fastrtps::ResourceLimitedContainerConfig::fixed_size_configuration(0);
+    tellWhatHasNoEffect(kDataWriterQosRecord, &from);
 }
 
 void mapQos(const DDS_DataReaderQos &from, bool hasKey, fast::DataReaderQos &to)
@@ -312,18 +385,18 @@ void mapQos(const DDS_DataReaderQos &from, bool hasKey, fast::DataReaderQos &to)
                                       : INT32_MAX;
     limits.outstanding_reads_allocation.initial = 0;
     limits.sample_infos_allocation.initial = 0;
+    tellWhatHasNoEffect(kDataReaderQosRecord, &from);
 }
 
 DDS_Long poolBufferMaxSize(const DDS_PropertyQosPolicy &properties)
 {
-    const DDS_Property_t *const property =
-        DDS_PropertyQosPolicyHelper_lookup_property(&properties, kPoolBufferMaxSize);
-    if (property == nullptr || property->value == nullptr) {
+    const char *const text = propertyOf(properties, kPoolBufferMaxSize);
+    if (text == nullptr) {
         return DDS_LENGTH_UNLIMITED;
     }
     DDS_Long size = 0;
-    const char *const end = property->value + std::strlen(property->value);
-    const auto result = std::from_chars(property->value, end, size);
+    const char *const end = text + std::strlen(text);
+    const auto result = std::from_chars(text, end, size);
     return result.ec == std::errc() && result.ptr == end && size >= 0 ? size : DDS_LENGTH_UNLIMITED;
 }
 

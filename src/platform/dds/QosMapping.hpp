@@ -1,8 +1,7 @@
 // From our QoS records to those of the middleware.
 //
-// Kept in the record without an effect, since the middleware has nothing of the kind: latency_budget,
-// transport_priority, time_based_filter, the scopes of presentation, service, the lower bound of each pair of
-// delays, autoregister_instances.
+// Each field goes where the middleware has one; what becomes of the others stands in the table of policies, and is told
+// once when such a field is used.
 #ifndef ZUV_PLATFORM_DDS_QOS_MAPPING_HPP
 #define ZUV_PLATFORM_DDS_QOS_MAPPING_HPP
 

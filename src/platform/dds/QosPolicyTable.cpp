@@ -211,7 +211,8 @@ constexpr QosField kLifespanFields[] = {
 };
 constexpr QosField kDestinationOrderFields[] = {
     enumeration("kind", AT(DestinationOrder, kind), kDestinationOrderKinds,
-                DDS_BY_RECEPTION_TIMESTAMP_DESTINATIONORDER_QOS, kAnnounced),
+                DDS_BY_RECEPTION_TIMESTAMP_DESTINATIONORDER_QOS, kKept,
+                "Samples come in the order of reception."),
 };
 constexpr QosField kHistoryFields[] = {
     enumeration("kind", AT(History, kind), kHistoryKinds, DDS_KEEP_LAST_HISTORY_QOS, kMiddleware),

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "QosValues.h"
 #include "platform/dds/DomainParticipantFactory.h"
 #include "platform/dds/Qos.h"
 #include "platform/dds/QosTable.hpp"
@@ -59,45 +60,7 @@ protected:
     static void change(void *record, const zuv::dds::QosMember &member,
                        const zuv::dds::QosField &field)
     {
-        using zuv::dds::QosFieldKind;
-        void *const place = static_cast<char *>(record) + member.offset + field.offset;
-        switch (field.kind) {
-        case QosFieldKind::kBoolean:
-            *static_cast<DDS_Boolean *>(place) ^= 1;
-            break;
-        case QosFieldKind::kLong:
-        case QosFieldKind::kEnum:
-        case QosFieldKind::kMask:
-            *static_cast<DDS_Long *>(place) += 1;
-            break;
-        case QosFieldKind::kDuration:
-            static_cast<DDS_Duration_t *>(place)->sec = 77;
-            break;
-        case QosFieldKind::kText:
-            DDS_String_replace(static_cast<char **>(place), "name");
-            break;
-        case QosFieldKind::kOctets: {
-            const DDS_Octet octets[] = {1, 2, 3};
-            DDS_OctetSeq_from_array(static_cast<DDS_OctetSeq *>(place), octets, 3);
-            break;
-        }
-        case QosFieldKind::kTexts: {
-            auto *const texts = static_cast<DDS_StringSeq *>(place);
-            DDS_StringSeq_set_length(texts, 1);
-            *DDS_StringSeq_get_reference(texts, 0) = DDS_String_dup("partition");
-            break;
-        }
-        case QosFieldKind::kRepresentations: {
-            const DDS_DataRepresentationId_t ids[] = {DDS_XCDR2_DATA_REPRESENTATION};
-            DDS_DataRepresentationIdSeq_from_array(
-                static_cast<DDS_DataRepresentationIdSeq *>(place), ids, 1);
-            break;
-        }
-        case QosFieldKind::kProperties:
-            DDS_PropertyQosPolicyHelper_assert_property(static_cast<DDS_PropertyQosPolicy *>(place),
-                                                        "key", "value", DDS_BOOLEAN_TRUE);
-            break;
-        }
+        zuv_test::setField(record, member, field, zuv::dds::defaultNumberOf(member, field) ^ 1);
     }
 
     void changeAll(void *record) const

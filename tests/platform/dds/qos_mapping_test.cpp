@@ -1,0 +1,459 @@
+// Each field of a QoS is looked for in the middleware's own entity: those that it has, and what is told of the others.
+#include <set>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <fastdds/dds/domain/DomainParticipant.hpp>
+#include <fastdds/dds/domain/qos/DomainParticipantQos.hpp>
+#include <fastdds/dds/publisher/DataWriter.hpp>
+#include <fastdds/dds/publisher/Publisher.hpp>
+#include <fastdds/dds/publisher/qos/DataWriterQos.hpp>
+#include <fastdds/dds/publisher/qos/PublisherQos.hpp>
+#include <fastdds/dds/subscriber/DataReader.hpp>
+#include <fastdds/dds/subscriber/Subscriber.hpp>
+#include <fastdds/dds/subscriber/qos/DataReaderQos.hpp>
+#include <fastdds/dds/subscriber/qos/SubscriberQos.hpp>
+#include <fastdds/dds/topic/Topic.hpp>
+#include <fastdds/dds/topic/qos/TopicQos.hpp>
+#include <fastdds/rtps/flowcontrol/FlowControllerDescriptor.hpp>
+#include <fastdds/rtps/transport/UDPv4TransportDescriptor.h>
+#include <fastdds/rtps/transport/shared_mem/SharedMemTransportDescriptor.h>
+#include <fastrtps/utils/IPLocator.h>
+
+#include "Domain.h"
+#include "QosValues.h"
+#include "platform/dds/EntityImpl.hpp"
+#include "platform/dds/QosMapping.hpp"
+#include "platform/log/DDSLog.h"
+#include "platform/log/LogMessages.h"
+#include "support/LogCapture.h"
+
+namespace
+{
+
+namespace fast = eprosima::fastdds::dds;
+namespace transport = eprosima::fastdds::rtps;
+using zuv::dds::QosEffect;
+using zuv::dds::QosField;
+using zuv::dds::QosMember;
+using zuv::dds::QosRecord;
+using zuv_test::QuestionType;
+
+// -- What the middleware's records say, as texts ---------------------------------------------------------------
+
+template <typename Number>
+std::string textOf(Number number)
+{
+    return std::to_string(static_cast<long long>(number));
+}
+std::string textOf(const eprosima::fastrtps::Duration_t &duration)
+{
+    return std::to_string(duration.seconds) + "." + std::to_string(duration.nanosec);
+}
+std::string octetsOf(const std::vector<eprosima::fastrtps::rtps::octet> &octets)
+{
+    std::string text;
+    for (const auto octet : octets) {
+        text += std::to_string(octet) + " ";
+    }
+    return text;
+}
+template <typename Partition>
+std::string namesOf(const Partition &partition)
+{
+    std::string text;
+    for (const std::string &name : partition.names()) {
+        text += name + " ";
+    }
+    return text;
+}
+std::string idsOf(const std::vector<fast::DataRepresentationId_t> &ids)
+{
+    std::string text;
+    for (const auto id : ids) {
+        text += std::to_string(id) + " ";
+    }
+    return text;
+}
+// Of the properties, the one that tests set.
+std::string propertyOf(const eprosima::fastrtps::rtps::PropertyPolicy &policy)
+{
+    for (const auto &property : policy.properties()) {
+        if (property.name() == zuv_test::kPropertyName) {
+            return property.value() + (property.propagate() ? " propagated" : "");
+        }
+    }
+    return "";
+}
+std::string peersOf(const eprosima::fastrtps::rtps::LocatorList_t &peers)
+{
+    std::string text;
+    for (const auto &peer : peers) {
+        text += eprosima::fastrtps::rtps::IPLocator::toIPv4string(peer) + ":" +
+                std::to_string(peer.port) + " ";
+    }
+    return text;
+}
+std::string transportsOf(const fast::DomainParticipantQos &qos)
+{
+    std::string text;
+    for (const auto &one : qos.transport().user_transports) {
+        if (dynamic_cast<const transport::UDPv4TransportDescriptor *>(one.get()) != nullptr) {
+            text += "UDPv4 ";
+        }
+        if (dynamic_cast<const transport::SharedMemTransportDescriptor *>(one.get()) != nullptr) {
+            text += "SHMEM ";
+        }
+    }
+    return text;
+}
+
+// -- A kind of entity, made with a QoS -------------------------------------------------------------------------
+
+// A field, a value for it (seconds of a duration, see QosValues.h), and what the middleware's record then says.
+template <typename Qos, typename FastQos>
+struct Row {
+    const char *field;
+    std::int32_t value;
+    std::string expected;
+    std::string (*read)(const FastQos &);
+    void (*alsoSet)(Qos &) = nullptr;
+};
+
+class QosMapping : public testing::Test
+{
+protected:
+    QosMapping()
+    {
+        EXPECT_EQ(QuestionType::registerType(participant_, QuestionType::name()), DDS_RETCODE_OK);
+        topic_ = makeTopic("test topic", DDS_TOPIC_QOS_DEFAULT);
+    }
+    ~QosMapping() override { zuv_test::leaveDomain(participant_); }
+
+    DDS_Topic *makeTopic(const char *name, const DDS_TopicQos &qos)
+    {
+        return DDS_DomainParticipant_create_topic(participant_, name, QuestionType::name(), &qos,
+                                                  nullptr, DDS_STATUS_MASK_NONE);
+    }
+
+    // Entities of the middleware, made with the record and gone again.
+    fast::DomainParticipantQos made(const DDS_DomainParticipantQos &qos)
+    {
+        DDS_DomainParticipant *const participant = zuv_test::joinDomain(qos);
+        EXPECT_NE(participant, nullptr);
+        fast::DomainParticipantQos result;
+        if (participant != nullptr) {
+            result = participant->fast->get_qos();
+            zuv_test::leaveDomain(participant);
+        }
+        return result;
+    }
+    fast::TopicQos made(const DDS_TopicQos &qos)
+    {
+        DDS_Topic *const topic = makeTopic("another topic", qos);
+        EXPECT_NE(topic, nullptr);
+        fast::TopicQos result;
+        if (topic != nullptr) {
+            result = topic->fast->get_qos();
+            EXPECT_EQ(DDS_DomainParticipant_delete_topic(participant_, topic), DDS_RETCODE_OK);
+        }
+        return result;
+    }
+    fast::PublisherQos made(const DDS_PublisherQos &qos)
+    {
+        DDS_Publisher *const publisher = DDS_DomainParticipant_create_publisher(
+            participant_, &qos, nullptr, DDS_STATUS_MASK_NONE);
+        EXPECT_NE(publisher, nullptr);
+        return publisher == nullptr ? fast::PublisherQos() : publisher->fast->get_qos();
+    }
+    fast::SubscriberQos made(const DDS_SubscriberQos &qos)
+    {
+        DDS_Subscriber *const subscriber = DDS_DomainParticipant_create_subscriber(
+            participant_, &qos, nullptr, DDS_STATUS_MASK_NONE);
+        EXPECT_NE(subscriber, nullptr);
+        return subscriber == nullptr ? fast::SubscriberQos() : subscriber->fast->get_qos();
+    }
+    fast::DataWriterQos made(const DDS_DataWriterQos &qos)
+    {
+        DDS_DataWriter *const writer = DDS_Publisher_create_datawriter(
+            DDS_DomainParticipant_get_implicit_publisher(participant_), topic_, &qos, nullptr,
+            DDS_STATUS_MASK_NONE);
+        EXPECT_NE(writer, nullptr);
+        return writer == nullptr ? fast::DataWriterQos() : writer->fast->get_qos();
+    }
+    fast::DataReaderQos made(const DDS_DataReaderQos &qos)
+    {
+        DDS_DataReader *const reader = DDS_Subscriber_create_datareader(
+            DDS_DomainParticipant_get_implicit_subscriber(participant_),
+            DDS_Topic_as_topicdescription(topic_), &qos, nullptr, DDS_STATUS_MASK_NONE);
+        EXPECT_NE(reader, nullptr);
+        return reader == nullptr ? fast::DataReaderQos() : reader->fast->get_qos();
+    }
+
+    // Each row, and that the rows are those fields of the record that the middleware has.
+    template <typename Qos, typename FastQos>
+    void checkRows(const QosRecord &table, const std::vector<Row<Qos, FastQos>> &rows)
+    {
+        Qos defaults = {};
+        zuv::dds::setQosDefaults(table, &defaults);
+        const FastQos usual = made(defaults);
+        std::set<std::string> missing = fieldsOf(table);
+        for (const Row<Qos, FastQos> &row : rows) {
+            SCOPED_TRACE(row.field);
+            missing.erase(row.field);
+            EXPECT_NE(row.read(usual), row.expected) << "the row shows nothing";
+            Qos qos = {};
+            zuv::dds::setQosDefaults(table, &qos);
+            zuv_test::setField(table, &qos, row.field, row.value);
+            if (row.alsoSet != nullptr) {
+                row.alsoSet(qos);
+            }
+            EXPECT_EQ(row.read(made(qos)), row.expected);
+            zuv::dds::finalizeQos(table, &qos);
+        }
+        EXPECT_EQ(missing, std::set<std::string>()) << "fields without a row";
+    }
+
+    static std::set<std::string> fieldsOf(const QosRecord &table)
+    {
+        std::set<std::string> names;
+        for (const QosMember &member : table.members) {
+            for (const QosField &field : member.policy->fields) {
+                if (field.effect == QosEffect::kMiddleware ||
+                    field.effect == QosEffect::kAnnounced) {
+                    names.insert(zuv_test::nameOf(member, field));
+                }
+            }
+        }
+        return names;
+    }
+
+    DDS_DomainParticipant *participant_ = zuv_test::joinDomain();
+    DDS_Topic *topic_ = nullptr;
+};
+
+TEST_F(QosMapping, setsWhatAParticipantHas)
+{
+    using Fast = fast::DomainParticipantQos;
+    checkRows<DDS_DomainParticipantQos, Fast>(
+        zuv::dds::kDomainParticipantQosRecord,
+        {
+            {"user_data.value", 0, "1 2 3 ",
+             [](const Fast &qos) { return octetsOf(qos.user_data().data_vec()); }},
+            {"entity_factory.autoenable_created_entities", 0, "0",
+             [](const Fast &qos) {
+                 return textOf(qos.entity_factory().autoenable_created_entities);
+             }},
+            {"property.value", 0, "value propagated",
+             [](const Fast &qos) { return propertyOf(qos.properties()); }},
+            {"participant_name.name", 0, "a name",
+             [](const Fast &qos) { return std::string(qos.name().c_str()); }},
+            {"discovery.initial_peers", 0, "127.0.0.1:0 127.0.0.2:7410 ",
+             [](const Fast &qos) { return peersOf(qos.wire_protocol().builtin.initialPeersList); },
+             [](DDS_DomainParticipantQos &qos) {
+                 zuv_test::setTexts(qos.discovery.initial_peers,
+                                    {"127.0.0.1", "udpv4://127.0.0.2:7410"});
+             }},
+            {"transport_builtin.mask", DDS_TRANSPORTBUILTIN_SHMEM, "SHMEM ",
+             [](const Fast &qos) { return transportsOf(qos); }},
+        });
+}
+
+// What topics, writers and readers have alike.
+template <typename Qos, typename Fast>
+std::vector<Row<Qos, Fast>> commonRows()
+{
+    return {
+        {"durability.kind", DDS_TRANSIENT_LOCAL_DURABILITY_QOS,
+         textOf(fast::TRANSIENT_LOCAL_DURABILITY_QOS),
+         [](const Fast &qos) { return textOf(qos.durability().kind); }},
+        {"deadline.period", 7, "7.5",
+         [](const Fast &qos) { return textOf(qos.deadline().period); }},
+        {"latency_budget.duration", 7, "7.5",
+         [](const Fast &qos) { return textOf(qos.latency_budget().duration); }},
+        {"liveliness.kind", DDS_MANUAL_BY_TOPIC_LIVELINESS_QOS,
+         textOf(fast::MANUAL_BY_TOPIC_LIVELINESS_QOS),
+         [](const Fast &qos) { return textOf(qos.liveliness().kind); }},
+        {"liveliness.lease_duration", 7, "7.5",
+         [](const Fast &qos) { return textOf(qos.liveliness().lease_duration); }},
+        {"reliability.max_blocking_time", 7, "7.5",
+         [](const Fast &qos) { return textOf(qos.reliability().max_blocking_time); }},
+        {"history.kind", DDS_KEEP_ALL_HISTORY_QOS, textOf(fast::KEEP_ALL_HISTORY_QOS),
+         [](const Fast &qos) { return textOf(qos.history().kind); }},
+        {"history.depth", 7, "7", [](const Fast &qos) { return textOf(qos.history().depth); }},
+        {"resource_limits.max_samples", 7, "7",
+         [](const Fast &qos) { return textOf(qos.resource_limits().max_samples_per_instance); }},
+        {"resource_limits.max_instances", 7, "7",
+         [](const Fast &qos) { return textOf(qos.resource_limits().max_instances); }},
+        {"resource_limits.max_samples_per_instance", 7, "7",
+         [](const Fast &qos) { return textOf(qos.resource_limits().max_samples_per_instance); }},
+        {"ownership.kind", DDS_EXCLUSIVE_OWNERSHIP_QOS, textOf(fast::EXCLUSIVE_OWNERSHIP_QOS),
+         [](const Fast &qos) { return textOf(qos.ownership().kind); },
+         [](Qos &qos) { qos.reliability.kind = DDS_RELIABLE_RELIABILITY_QOS; }},
+    };
+}
+
+template <typename Qos, typename Fast>
+void addDurabilityService(std::vector<Row<Qos, Fast>> &rows)
+{
+    rows.insert(
+        rows.end(),
+        {
+            {"durability_service.service_cleanup_delay", 7, "7.5",
+             [](const Fast &qos) {
+                 return textOf(qos.durability_service().service_cleanup_delay);
+             }},
+            {"durability_service.history_kind", DDS_KEEP_ALL_HISTORY_QOS,
+             textOf(fast::KEEP_ALL_HISTORY_QOS),
+             [](const Fast &qos) { return textOf(qos.durability_service().history_kind); }},
+            {"durability_service.history_depth", 7, "7",
+             [](const Fast &qos) { return textOf(qos.durability_service().history_depth); }},
+            {"durability_service.max_samples", 7, "7",
+             [](const Fast &qos) { return textOf(qos.durability_service().max_samples); }},
+            {"durability_service.max_instances", 7, "7",
+             [](const Fast &qos) { return textOf(qos.durability_service().max_instances); }},
+            {"durability_service.max_samples_per_instance", 7, "7",
+             [](const Fast &qos) {
+                 return textOf(qos.durability_service().max_samples_per_instance);
+             }},
+            {"transport_priority.value", 7, "7",
+             [](const Fast &qos) { return textOf(qos.transport_priority().value); }},
+            {"lifespan.duration", 7, "7.5",
+             [](const Fast &qos) { return textOf(qos.lifespan().duration); }},
+        });
+}
+
+TEST_F(QosMapping, setsWhatATopicHas)
+{
+    using Fast = fast::TopicQos;
+    auto rows = commonRows<DDS_TopicQos, Fast>();
+    addDurabilityService(rows);
+    rows.insert(rows.end(),
+                {
+                    {"topic_data.value", 0, "1 2 3 ",
+                     [](const Fast &qos) { return octetsOf(qos.topic_data().data_vec()); }},
+                    {"reliability.kind", DDS_RELIABLE_RELIABILITY_QOS,
+                     textOf(fast::RELIABLE_RELIABILITY_QOS),
+                     [](const Fast &qos) { return textOf(qos.reliability().kind); }},
+                    {"representation.value", DDS_XCDR_DATA_REPRESENTATION, "0 ",
+                     [](const Fast &qos) { return idsOf(qos.representation().m_value); }},
+                });
+    checkRows(zuv::dds::kTopicQosRecord, rows);
+}
+
+// What publishers and subscribers have, which is the same.
+template <typename Qos, typename Fast>
+std::vector<Row<Qos, Fast>> groupRows()
+{
+    return {
+        {"presentation.access_scope", DDS_TOPIC_PRESENTATION_QOS,
+         textOf(fast::TOPIC_PRESENTATION_QOS),
+         [](const Fast &qos) { return textOf(qos.presentation().access_scope); }},
+        {"presentation.coherent_access", 1, "1",
+         [](const Fast &qos) { return textOf(qos.presentation().coherent_access); }},
+        {"presentation.ordered_access", 1, "1",
+         [](const Fast &qos) { return textOf(qos.presentation().ordered_access); }},
+        {"partition.name", 0, "one two ", [](const Fast &qos) { return namesOf(qos.partition()); }},
+        {"group_data.value", 0, "1 2 3 ",
+         [](const Fast &qos) { return octetsOf(qos.group_data().data_vec()); }},
+        {"entity_factory.autoenable_created_entities", 0, "0",
+         [](const Fast &qos) { return textOf(qos.entity_factory().autoenable_created_entities); }},
+    };
+}
+
+TEST_F(QosMapping, setsWhatAPublisherHas)
+{
+    checkRows(zuv::dds::kPublisherQosRecord, groupRows<DDS_PublisherQos, fast::PublisherQos>());
+}
+
+TEST_F(QosMapping, setsWhatASubscriberHas)
+{
+    checkRows(zuv::dds::kSubscriberQosRecord, groupRows<DDS_SubscriberQos, fast::SubscriberQos>());
+}
+
+TEST_F(QosMapping, setsWhatAWriterHas)
+{
+    using Fast = fast::DataWriterQos;
+    auto rows = commonRows<DDS_DataWriterQos, Fast>();
+    addDurabilityService(rows);
+    rows.insert(
+        rows.end(),
+        {
+            {"reliability.kind", DDS_BEST_EFFORT_RELIABILITY_QOS,
+             textOf(fast::BEST_EFFORT_RELIABILITY_QOS),
+             [](const Fast &qos) { return textOf(qos.reliability().kind); }},
+            {"user_data.value", 0, "1 2 3 ",
+             [](const Fast &qos) { return octetsOf(qos.user_data().data_vec()); }},
+            {"ownership_strength.value", 7, "7",
+             [](const Fast &qos) { return textOf(qos.ownership_strength().value); }},
+            {"writer_data_lifecycle.autodispose_unregistered_instances", 0, "0",
+             [](const Fast &qos) {
+                 return textOf(qos.writer_data_lifecycle().autodispose_unregistered_instances);
+             }},
+            {"representation.value", DDS_XCDR_DATA_REPRESENTATION, "0 ",
+             [](const Fast &qos) { return idsOf(qos.representation().m_value); }},
+            {"property.value", 0, "value propagated",
+             [](const Fast &qos) { return propertyOf(qos.properties()); }},
+            {"protocol.rtps_reliable_writer.heartbeat_period", 7, "7.5",
+             [](const Fast &qos) {
+                 return textOf(qos.reliable_writer_qos().times.heartbeatPeriod);
+             }},
+            {"protocol.rtps_reliable_writer.max_nack_response_delay", 7, "7.5",
+             [](const Fast &qos) {
+                 return textOf(qos.reliable_writer_qos().times.nackResponseDelay);
+             }},
+            {"protocol.rtps_reliable_writer.nack_suppression_duration", 7, "7.5",
+             [](const Fast &qos) {
+                 return textOf(qos.reliable_writer_qos().times.nackSupressionDuration);
+             }},
+            {"protocol.rtps_reliable_writer.max_send_window_size", 7, "7",
+             [](const Fast &qos) { return textOf(qos.resource_limits().max_samples_per_instance); },
+             [](DDS_DataWriterQos &qos) { qos.history.kind = DDS_KEEP_ALL_HISTORY_QOS; }},
+        });
+    checkRows(zuv::dds::kDataWriterQosRecord, rows);
+}
+
+TEST_F(QosMapping, setsWhatAReaderHas)
+{
+    using Fast = fast::DataReaderQos;
+    auto rows = commonRows<DDS_DataReaderQos, Fast>();
+    rows.insert(
+        rows.end(),
+        {
+            {"reliability.kind", DDS_RELIABLE_RELIABILITY_QOS,
+             textOf(fast::RELIABLE_RELIABILITY_QOS),
+             [](const Fast &qos) { return textOf(qos.reliability().kind); }},
+            {"user_data.value", 0, "1 2 3 ",
+             [](const Fast &qos) { return octetsOf(qos.user_data().data_vec()); }},
+            {"time_based_filter.minimum_separation", 7, "7.5",
+             [](const Fast &qos) { return textOf(qos.time_based_filter().minimum_separation); }},
+            {"reader_data_lifecycle.autopurge_nowriter_samples_delay", 7, "7.5",
+             [](const Fast &qos) {
+                 return textOf(qos.reader_data_lifecycle().autopurge_no_writer_samples_delay);
+             }},
+            {"reader_data_lifecycle.autopurge_disposed_samples_delay", 7, "7.5",
+             [](const Fast &qos) {
+                 return textOf(qos.reader_data_lifecycle().autopurge_disposed_samples_delay);
+             }},
+            {"representation.value", DDS_XCDR_DATA_REPRESENTATION, "0 ",
+             [](const Fast &qos) { return idsOf(qos.type_consistency().representation.m_value); }},
+            {"property.value", 0, "value propagated",
+             [](const Fast &qos) { return propertyOf(qos.properties()); }},
+            {"reader_resource_limits.dynamically_allocate_fragmented_samples", 1,
+             textOf(eprosima::fastrtps::rtps::DYNAMIC_RESERVE_MEMORY_MODE),
+             [](const Fast &qos) { return textOf(qos.endpoint().history_memory_policy); }},
+            {"reader_resource_limits.max_samples_per_read", 7, "7",
+             [](const Fast &qos) {
+                 return textOf(qos.reader_resource_limits().max_samples_per_read);
+             }},
+            {"protocol.rtps_reliable_reader.max_heartbeat_response_delay", 7, "7.5",
+             [](const Fast &qos) {
+                 return textOf(qos.reliable_reader_qos().times.heartbeatResponseDelay);
+             }},
+        });
+    checkRows(zuv::dds::kDataReaderQosRecord, rows);
+}
+
+} // namespace
