@@ -47,8 +47,7 @@ void *finishBlock(void *raw, size_t size, const char *tag)
         return nullptr;
     }
     Header *header = static_cast<Header *>(raw);
-    *header = {size, zuv_heap::tagNumber(tag != nullptr ? tag : kNoTag), kLiveMark};
-    zuv_heap::countAllocation(header->tag, size);
+    *header = {size, zuv_heap::countAllocation(tag != nullptr ? tag : kNoTag, size), kLiveMark};
     return header + 1;
 }
 

@@ -83,7 +83,10 @@ void tellBytes(Account &account)
     noteLiveBytes(g_toldBytes.fetch_add(untold, std::memory_order_relaxed) + untold);
 }
 
-// The account of a thread, from its first block to its end.
+// The calling thread's account, from its first block to its end.
+constinit thread_local Account *t_account = nullptr;
+
+// Opens the account of a thread and closes it at the thread's end.
 class OwnAccount
 {
 public:
@@ -92,6 +95,7 @@ public:
         const std::lock_guard lock(g_mutex);
         account_.next = g_accounts;
         g_accounts = &account_;
+        t_account = &account_;
     }
 
     ~OwnAccount()
@@ -104,49 +108,44 @@ public:
             link = &(*link)->next;
         }
         *link = account_.next;
+        t_account = nullptr;
         s_isGone = true;
     }
 
-    Account &account() { return account_; }
-
     // Set when the thread's account is closed; other destructors of the thread may still release blocks.
-    static thread_local bool s_isGone;
+    static constinit thread_local bool s_isGone;
 
 private:
     Account account_;
 };
 
-thread_local bool OwnAccount::s_isGone = false;
-thread_local OwnAccount t_own;
+constinit thread_local bool OwnAccount::s_isGone = false;
+
+// Null for a thread whose account is closed.
+[[gnu::noinline]] Account *openAccount()
+{
+    if (!OwnAccount::s_isGone) {
+        thread_local OwnAccount own;
+    }
+    return t_account;
+}
 
 // Count with the account of the calling thread.
 template <typename Count>
 void count(Count countWith)
 {
-    if (OwnAccount::s_isGone) {
+    Account *const account = t_account != nullptr ? t_account : openAccount();
+    if (account == nullptr) {
         const std::lock_guard lock(g_mutex);
         countWith(g_retired);
         tellBytes(g_retired);
         return;
     }
-    Account &account = t_own.account();
-    countWith(account);
-    if (account.untoldBytes > kUntoldLimit || account.untoldBytes < -kUntoldLimit) {
-        tellBytes(account);
+    countWith(*account);
+    if (account->untoldBytes > kUntoldLimit || account->untoldBytes < -kUntoldLimit) {
+        tellBytes(*account);
     }
 }
-
-// Sum up all accounts; `totals` is zero before.
-void addAllAccounts(Totals &totals)
-{
-    const std::lock_guard lock(g_mutex);
-    addAccount(totals, g_retired);
-    for (const Account *account = g_accounts; account != nullptr; account = account->next) {
-        addAccount(totals, *account);
-    }
-}
-
-} // namespace
 
 std::uint32_t tagNumber(const char *tag)
 {
@@ -167,13 +166,27 @@ std::uint32_t tagNumber(const char *tag)
     return kTableSize;
 }
 
-void countAllocation(std::uint32_t tag, std::size_t size)
+// Sum up all accounts; `totals` is zero before.
+void addAllAccounts(Totals &totals)
 {
+    const std::lock_guard lock(g_mutex);
+    addAccount(totals, g_retired);
+    for (const Account *account = g_accounts; account != nullptr; account = account->next) {
+        addAccount(totals, *account);
+    }
+}
+
+} // namespace
+
+std::uint32_t countAllocation(const char *tag, std::size_t size)
+{
+    const std::uint32_t number = tagNumber(tag);
     count([=](Account &account) {
-        account.tags[tag].allocations.add(1);
-        account.tags[tag].bytes.add(size);
+        account.tags[number].allocations.add(1);
+        account.tags[number].bytes.add(size);
         account.untoldBytes += static_cast<std::int64_t>(size);
     });
+    return number;
 }
 
 void countRelease(std::uint32_t tag, std::size_t size)

@@ -11,10 +11,9 @@
 namespace zuv_heap
 {
 
-// The number of a tag, found by its pointer. Tags that find no room in the table share the last number.
-std::uint32_t tagNumber(const char *tag);
-
-void countAllocation(std::uint32_t tag, std::size_t size);
+// Returns the number of the tag, found by its pointer. Tags that find no room in the table share the last
+// number.
+std::uint32_t countAllocation(const char *tag, std::size_t size);
 void countRelease(std::uint32_t tag, std::size_t size);
 
 ZUVOsapiHeapStatistics statistics();

@@ -23,6 +23,7 @@ using zuv::kEncapsulationHeaderSize;
 constexpr bool kIsLittleEndian = std::endian::native == std::endian::little;
 constexpr std::uint32_t kLittleEndianBit = 1;
 constexpr std::uint32_t kPayloadAlignment = 4;
+constexpr std::size_t kMaxScratchSize = 128;
 
 std::uint32_t paddingOf(std::uint64_t size)
 {
@@ -121,10 +122,11 @@ DDS_Boolean writePayload(const DDS_TypeCode *type, std::uint32_t encapsulation, 
     return DDS_BOOLEAN_TRUE;
 }
 
-// Runs `read` on a decoder of the payload's byte order, if the payload is of the encapsulation.
-template <DecodePass Pass, typename Read>
-bool readPayload(std::uint32_t encapsulation, const DDS_Octet *buffer, DDS_UnsignedLong length,
-                 Read read)
+// Hands the body of a payload, and whether its words must be turned, to `run`, if the payload is of the
+// encapsulation.
+template <typename Run>
+bool withBody(std::uint32_t encapsulation, const DDS_Octet *buffer, DDS_UnsignedLong length,
+              Run run)
 {
     if (length < kEncapsulationHeaderSize) {
         return false;
@@ -135,20 +137,55 @@ bool readPayload(std::uint32_t encapsulation, const DDS_Octet *buffer, DDS_Unsig
     }
     const DDS_Octet *body = buffer + kEncapsulationHeaderSize;
     const std::size_t size = length - kEncapsulationHeaderSize;
-    const auto run = [&](auto decoder) {
-        const std::size_t end = read(decoder, size);
-        return end != zuv::kFailed && (Pass == DecodePass::Read || size - end < kPayloadAlignment);
-    };
     const bool isNative = ((identifier & kLittleEndianBit) != 0) == kIsLittleEndian;
-    return isNative ? run(zuv::Decoder<Pass, false>(body)) : run(zuv::Decoder<Pass, true>(body));
+    return isNative ? run(std::false_type(), body, size) : run(std::true_type(), body, size);
 }
 
-bool isValid(const zuv::Program &program, const DDS_Octet *buffer, DDS_UnsignedLong length)
+// One pass over a body. `walk` gets the decoder, where to read to, and the size.
+template <DecodePass Pass, bool Swap, typename Walk>
+bool pass(const DDS_Octet *body, std::size_t size, void *sample, const Walk &walk)
 {
-    return readPayload<DecodePass::Check>(encapsulationOf(program), buffer, length,
-                                          [&program](auto &decoder, std::size_t end) {
-                                              return decoder.sample(program, nullptr, 0, end);
-                                          });
+    zuv::Decoder<Pass, Swap> decoder(body);
+    const std::size_t end = walk(decoder, sample, size);
+    return end != zuv::kFailed && (Pass == DecodePass::Read || size - end < kPayloadAlignment);
+}
+
+// The whole body is checked before any of it is read into the sample.
+template <typename Walk>
+bool checkAndRead(std::uint32_t encapsulation, const DDS_Octet *buffer, DDS_UnsignedLong length,
+                  void *sample, const Walk &walk)
+{
+    return withBody(encapsulation, buffer, length,
+                    [&](auto swap, const DDS_Octet *body, std::size_t size) {
+                        constexpr bool kSwap = decltype(swap)::value;
+                        return pass<DecodePass::Check, kSwap>(body, size, nullptr, walk) &&
+                               !ZUV_OSAPI_FAULT("typesys.deserialize") &&
+                               pass<DecodePass::Read, kSwap>(body, size, sample, walk);
+                    });
+}
+
+auto walkOf(const zuv::Program &program)
+{
+    return [&program](auto &decoder, void *sample, std::size_t size) {
+        return decoder.sample(program, sample, 0, size);
+    };
+}
+
+// A sample that holds nothing outside itself is read beside its place, which takes one pass, and moved there.
+bool readBeside(const zuv::Program &program, void *sample, const DDS_Octet *buffer,
+                DDS_UnsignedLong length)
+{
+    alignas(std::max_align_t) std::array<std::byte, kMaxScratchSize> scratch;
+    const bool isRead = withBody(encapsulationOf(program), buffer, length,
+                                 [&](auto swap, const DDS_Octet *body, std::size_t size) {
+                                     return pass<DecodePass::Both, decltype(swap)::value>(
+                                         body, size, scratch.data(), walkOf(program));
+                                 });
+    if (!isRead || ZUV_OSAPI_FAULT("typesys.deserialize")) {
+        return false;
+    }
+    zuv::copyOctets(sample, scratch.data(), program.size());
+    return true;
 }
 
 DDS_UnsignedLong wholeSize(std::uint64_t memberSize, DDS_Boolean includeEncapsulation)
@@ -210,11 +247,9 @@ DDS_Boolean ZUVCodec_deserialize(const DDS_TypeCode *type, void *sample, const D
         return DDS_BOOLEAN_FALSE;
     }
     const bool isRead =
-        isValid(*program, buffer, length) && !ZUV_OSAPI_FAULT("typesys.deserialize") &&
-        readPayload<DecodePass::Read>(encapsulationOf(*program), buffer, length,
-                                      [&](auto &decoder, std::size_t end) {
-                                          return decoder.sample(*program, sample, 0, end);
-                                      });
+        program->isPlain() && program->size() <= kMaxScratchSize
+            ? readBeside(*program, sample, buffer, length)
+            : checkAndRead(encapsulationOf(*program), buffer, length, sample, walkOf(*program));
     return isRead ? DDS_BOOLEAN_TRUE : refusePayload(type);
 }
 
@@ -223,7 +258,11 @@ DDS_Boolean ZUVCodec_validate(const DDS_TypeCode *type, const DDS_Octet *buffer,
 {
     const zuv::Program *program = zuv::Program::of(type);
     return program != nullptr && !isNull(buffer, "buffer == ((void *)0)") &&
-           isValid(*program, buffer, length);
+           withBody(encapsulationOf(*program), buffer, length,
+                    [program](auto swap, const DDS_Octet *body, std::size_t size) {
+                        return pass<DecodePass::Check, decltype(swap)::value>(body, size, nullptr,
+                                                                              walkOf(*program));
+                    });
 }
 
 DDS_Boolean ZUVCodec_hasKey(const DDS_TypeCode *type)
@@ -264,15 +303,10 @@ DDS_Boolean ZUVCodec_deserializeKey(const DDS_TypeCode *type, void *sample, cons
         return DDS_BOOLEAN_FALSE;
     }
     const auto keyOps = zuv::Program::of(type)->keyOps();
-    const bool isRead =
-        readPayload<DecodePass::Check>(DDS_ENCAPSULATION_ID_CDR2_BE, buffer, length,
-                                       [&](auto &decoder, std::size_t end) {
-                                           return decoder.ops(keyOps, nullptr, false, 0, end);
-                                       }) &&
-        readPayload<DecodePass::Read>(DDS_ENCAPSULATION_ID_CDR2_BE, buffer, length,
-                                      [&](auto &decoder, std::size_t end) {
-                                          return decoder.ops(keyOps, sample, false, 0, end);
-                                      });
+    const bool isRead = checkAndRead(DDS_ENCAPSULATION_ID_CDR2_BE, buffer, length, sample,
+                                     [keyOps](auto &decoder, void *to, std::size_t size) {
+                                         return decoder.ops(keyOps, to, false, 0, size);
+                                     });
     return isRead ? DDS_BOOLEAN_TRUE : refusePayload(type);
 }
 

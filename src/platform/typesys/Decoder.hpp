@@ -1,10 +1,12 @@
 // Reads samples in XCDR2 (DDS-XTypes 1.3, 7.4.3), operation by operation of a program.
 //
 // One walk in two passes. The first checks everything that the payload claims and touches nothing but the
-// payload; the second reads, and relies on the first. Positions are as in the encoder.
+// payload; the second reads, and relies on the first. Both at once are for a sample that may be given up half
+// read. Positions are as in the encoder.
 #ifndef ZUV_PLATFORM_TYPESYS_DECODER_HPP
 #define ZUV_PLATFORM_TYPESYS_DECODER_HPP
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <span>
@@ -15,7 +17,7 @@
 namespace zuv
 {
 
-enum class DecodePass : bool { Check, Read };
+enum class DecodePass : std::uint8_t { Check, Read, Both };
 
 // Swap for the other byte order than the machine's.
 template <DecodePass Pass, bool Swap>
@@ -26,8 +28,9 @@ public:
 
     // A sample with the header that its type's extensibility asks for. Like all walks here it takes the
     // position where it begins and the end of what encloses it, and returns the position where it ends, or
-    // kFailed. `base` counts in the second pass.
-    std::size_t sample(const Program &program, void *base, std::size_t position, std::size_t end)
+    // kFailed. `base` counts where the pass reads.
+    [[gnu::always_inline]] std::size_t sample(const Program &program, void *base,
+                                              std::size_t position, std::size_t end)
     {
         switch (program.extensibility()) {
         case DDS_EXTENSIBLE_EXTENSIBILITY:
@@ -62,17 +65,18 @@ public:
     }
 
 private:
-    static constexpr bool kChecks = Pass == DecodePass::Check;
+    static constexpr bool kChecks = Pass != DecodePass::Read;
+    static constexpr bool kReads = Pass != DecodePass::Check;
 
     static void *memberOf(void *base, std::uint32_t offset)
     {
-        return kChecks ? nullptr : memberAt<char>(base, offset);
+        return kReads ? memberAt<char>(base, offset) : nullptr;
     }
 
     // A member that an older version of the type does not have.
     static bool missing(const Op &op, void *base)
     {
-        return kChecks ? !op.mustUnderstand : resetOp(op, base);
+        return !(kChecks && op.mustUnderstand) && (!kReads || resetOp(op, base));
     }
 
     [[gnu::noinline]] static std::size_t missingFrom(std::span<const Op> all, void *base,
@@ -117,6 +121,13 @@ private:
         }
         value = begin_[position++] != 0;
         return true;
+    }
+
+    // Whether so many octets, which are there, are each 0 or 1.
+    bool areFlags(std::size_t position, std::size_t count) const
+    {
+        return std::all_of(begin_ + position, begin_ + position + count,
+                           [](std::uint8_t octet) { return octet <= 1; });
     }
 
     void copyUnits(void *to, std::size_t position, std::size_t size, std::uint32_t unit) const
@@ -201,6 +212,13 @@ private:
         return true;
     }
 
+    // A sample within a sample.
+    [[gnu::noinline]] std::size_t part(const Program &program, void *base, std::size_t position,
+                                       std::size_t end)
+    {
+        return sample(program, base, position, end);
+    }
+
     // The member with an id; most come in the order of declaration.
     static std::size_t find(std::span<const Op> all, std::uint32_t id, std::size_t expected)
     {
@@ -243,7 +261,7 @@ private:
         case OpCode::Optional:
             return optional(op, base, isFramed, position, end);
         default:
-            return sample(*op.element, memberOf(base, op.offset), position, end);
+            return part(*op.element, memberOf(base, op.offset), position, end);
         }
     }
 
@@ -257,7 +275,7 @@ private:
             // An older sample may end between the members of a run.
             return op.parts.empty() ? kFailed : ops(op.parts, base, true, position, end);
         }
-        if constexpr (!kChecks) {
+        if constexpr (kReads) {
             copyUnits(memberAt<char>(base, op.offset), position, op.size, op.unit);
         }
         return position + op.size;
@@ -265,16 +283,13 @@ private:
 
     std::size_t booleans(void *to, std::size_t count, std::size_t position, std::size_t end) const
     {
-        for (std::size_t i = 0; i < count; ++i) {
-            bool value = false;
-            if (!flag(position, end, value)) {
-                return kFailed;
-            }
-            if constexpr (!kChecks) {
-                static_cast<std::uint8_t *>(to)[i] = value;
-            }
+        if (!has(count, position, end) || (kChecks && !areFlags(position, count))) {
+            return kFailed;
         }
-        return position;
+        if constexpr (kReads) {
+            copyOctets(to, begin_ + position, count);
+        }
+        return position + count;
     }
 
     [[gnu::always_inline]] std::size_t enumeration(const Op &op, void *to, std::size_t position,
@@ -285,7 +300,7 @@ private:
             (kChecks && !op.holdsEnumValue(static_cast<std::int32_t>(value)))) {
             return kFailed;
         }
-        if constexpr (!kChecks) {
+        if constexpr (kReads) {
             std::memcpy(to, &value, sizeof(value));
         }
         return position;
@@ -299,22 +314,21 @@ private:
             return kFailed;
         }
         if (!isPresent) {
-            return kChecks || resetOp(op, base) ? position : kFailed;
+            return !kReads || resetOp(op, base) ? position : kFailed;
         }
         std::uint32_t size = 0; // terminator included
         if (!word(position, end, size) || !has(size, position, end)) {
             return kFailed;
         }
-        if constexpr (kChecks) {
-            if (size == 0 || size - 1 > op.bound || begin_[position + size - 1] != '\0') {
-                return kFailed;
-            }
-        } else {
+        if (kChecks && (size == 0 || size - 1 > op.bound || begin_[position + size - 1] != '\0')) {
+            return kFailed;
+        }
+        if constexpr (kReads) {
             char **slot = memberAt<char *>(base, op.offset);
             if (!reserveText(slot, size)) {
                 return kFailed;
             }
-            std::memcpy(*slot, begin_ + position, size);
+            copyOctets(*slot, begin_ + position, size);
         }
         return position + size;
     }
@@ -330,11 +344,10 @@ private:
         if (!has(size, position, end)) {
             return kFailed;
         }
-        if constexpr (kChecks) {
-            if (op.code == OpCode::BooleanSequence) {
-                return booleans(nullptr, length, position, end);
-            }
-        } else {
+        if (kChecks && op.code == OpCode::BooleanSequence && !areFlags(position, length)) {
+            return kFailed;
+        }
+        if constexpr (kReads) {
             ZUVSequence *sequence = memberAt<ZUVSequence>(base, op.offset);
             if (!prepareSequence(sequence, op, length)) {
                 return kFailed;
@@ -365,14 +378,13 @@ private:
                 !has(std::uint64_t{length} * op.element->leastWireSize(), inner, innerEnd)) {
                 return kFailed;
             }
-            ZUVSequence *sequence = kChecks ? nullptr : memberAt<ZUVSequence>(base, op.offset);
-            if (!kChecks && !prepareSequence(sequence, op, length)) {
+            ZUVSequence *sequence = kReads ? memberAt<ZUVSequence>(base, op.offset) : nullptr;
+            if (kReads && !prepareSequence(sequence, op, length)) {
                 return kFailed;
             }
             for (std::uint32_t i = 0; i < length && inner != kFailed; ++i) {
-                void *element =
-                    kChecks ? nullptr : elementAt(*sequence, i, op.sequenceElement.size);
-                inner = sample(*op.element, element, inner, innerEnd);
+                void *element = kReads ? elementAt(*sequence, i, op.sequenceElement.size) : nullptr;
+                inner = part(*op.element, element, inner, innerEnd);
             }
             return inner;
         });
@@ -382,8 +394,8 @@ private:
     {
         return delimited(position, end, [&](std::size_t inner, std::size_t innerEnd) {
             for (std::uint32_t i = 0; i < op.count && inner != kFailed; ++i) {
-                inner = sample(*op.element, memberOf(base, op.offset + i * op.element->size()),
-                               inner, innerEnd);
+                inner = part(*op.element, memberOf(base, op.offset + i * op.element->size()), inner,
+                             innerEnd);
             }
             return inner;
         });
@@ -397,10 +409,10 @@ private:
             return kFailed;
         }
         if (!isPresent) {
-            return kChecks || resetOp(op, base) ? position : kFailed;
+            return !kReads || resetOp(op, base) ? position : kFailed;
         }
-        void *target = kChecks ? nullptr : assertOptional(op, base);
-        return kChecks || target != nullptr ? sample(*op.element, target, position, end) : kFailed;
+        void *target = kReads ? assertOptional(op, base) : nullptr;
+        return !kReads || target != nullptr ? part(*op.element, target, position, end) : kFailed;
     }
 
     const std::uint8_t *begin_;

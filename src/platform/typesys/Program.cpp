@@ -1,6 +1,8 @@
 #include "platform/typesys/Program.hpp"
 
 #include <bit>
+#include <cstring>
+#include <iterator>
 #include <memory>
 #include <mutex>
 #include <new>
@@ -134,14 +136,37 @@ bool hasOptional(const Op &op)
            (op.element != nullptr && op.element->hasOptional());
 }
 
-bool isZeroDefault(const Op &op)
+// Write the member's default into a blank sample, which is all zeros before.
+void storeDefault(const Op &op, std::byte *blank)
 {
+    std::byte *place = blank + op.offset;
     switch (op.code) {
+    case OpCode::Units:
+    case OpCode::Booleans:
+    case OpCode::Enum: {
+        const std::uint64_t bits = std::endian::native == std::endian::big
+                                       ? op.defaultBits << 8 * (sizeof(bits) - op.unit)
+                                       : op.defaultBits;
+        std::memcpy(place, &bits, op.unit);
+        break;
+    }
+    case OpCode::UnitSequence:
+    case OpCode::BooleanSequence:
+    case OpCode::Sequence: {
+        ZUVSequence sequence = DDS_SEQUENCE_INITIALIZER;
+        sequence._absolute_maximum = op.bound;
+        std::memcpy(place, &sequence, sizeof(sequence));
+        break;
+    }
     case OpCode::Array:
     case OpCode::Struct:
-        return op.element->isZeroDefault();
-    default:
-        return isPlain(op) && op.defaultBits == 0;
+        for (std::uint32_t i = 0; i < (op.code == OpCode::Array ? op.count : 1); ++i) {
+            std::memcpy(place + i * op.element->size(), op.element->blank(), op.element->size());
+        }
+        break;
+    case OpCode::Text:
+    case OpCode::Optional:
+        break;
     }
 }
 
@@ -207,9 +232,14 @@ private:
             program_.size_ = value(type, 0, {DDS_TK_NULL, {0}}, program_.ops_);
         }
         fillAccess(type);
-        program_.isPlain_ = std::ranges::all_of(program_.ops_, isPlain);
+        std::ranges::remove_copy_if(program_.ops_, std::back_inserter(program_.holders_), isPlain);
         program_.hasOptional_ = std::ranges::any_of(program_.ops_, hasOptional);
-        program_.isZeroDefault_ = std::ranges::all_of(program_.ops_, isZeroDefault);
+        program_.blank_.resize(program_.size_);
+        for (const Op &op : program_.ops_) {
+            storeDefault(op, program_.blank_.data());
+        }
+        program_.isZeroDefault_ = std::ranges::all_of(
+            program_.blank_, [](std::byte each) { return each == std::byte{0}; });
         std::uint64_t least = 0;
         for (const Op &op : program_.ops_) {
             least += leastWireSizeOf(op);

@@ -87,6 +87,8 @@ public:
     }
 
     std::span<const Op> ops() const { return ops_; }
+    // Those whose members may hold something outside the sample.
+    std::span<const Op> holders() const { return holders_; }
     // The key members alone, in the order of their ids, without headers.
     std::span<const Op> keyOps() const { return keyOps_; }
     bool hasKey() const { return !keyOps_.empty(); }
@@ -96,14 +98,17 @@ public:
     DDS_ExtensibilityKind extensibility() const { return extensibility_; }
     // Bytes in memory.
     std::uint32_t size() const { return size_; }
+    // So many bytes: a sample in which nothing is allocated. Every member has its default, texts are null,
+    // sequences empty, optional members absent.
+    const void *blank() const { return blank_.data(); }
     const ZUVSampleAccessInfo &access() const { return access_; }
     // The least octets that a sample may have on the wire, whoever wrote it.
     std::uint32_t leastWireSize() const { return leastWireSize_; }
     // Samples hold nothing outside themselves.
-    bool isPlain() const { return isPlain_; }
+    bool isPlain() const { return holders_.empty(); }
     // Some member, of the sample or of a part of it, is optional.
     bool hasOptional() const { return hasOptional_; }
-    // Every member's default is all zeros.
+    // A blank sample is all zeros.
     bool isZeroDefault() const { return isZeroDefault_; }
 
 private:
@@ -114,6 +119,8 @@ private:
 
     std::vector<Op> ops_;
     std::vector<Op> keyOps_;
+    std::vector<Op> holders_;
+    std::vector<std::byte> blank_;
     std::vector<DDS_UnsignedLong> offsets_;
     ZUVSampleAccessInfo access_ = {0, 0, nullptr};
     std::vector<Op> parts_; // the operations before runs were joined
@@ -121,7 +128,6 @@ private:
     std::uint32_t size_ = 0;
     std::uint32_t leastWireSize_ = 0;
     bool isStruct_ = false;
-    bool isPlain_ = false;
     bool hasOptional_ = false;
     bool isZeroDefault_ = false;
 };

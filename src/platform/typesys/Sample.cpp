@@ -37,6 +37,26 @@ DDS_TypeDeallocationParams_t deallocationParamsWith(DDS_Boolean deletePointers)
     return params;
 }
 
+// The forms of an operation share these, since exported functions are called through a table.
+bool initialize(const DDS_TypeCode *type, void *self, const DDS_TypeAllocationParams_t *params)
+{
+    const zuv::Program *program = zuv::Program::of(type);
+    if (program == nullptr && type != nullptr && self != nullptr) {
+        std::memset(self, 0, type->size); // as after every failure: finalizing does no harm
+    }
+    return program != nullptr && !isNull(self, "self == ((void *)0)") &&
+           !isNull(params, "allocParams == ((void *)0)") &&
+           zuv::initializeSample(*program, self, *params);
+}
+
+void finalize(const DDS_TypeCode *type, void *self, const DDS_TypeDeallocationParams_t *params)
+{
+    const zuv::Program *program = zuv::Program::of(type);
+    if (program != nullptr && !program->isPlain() && self != nullptr && params != nullptr) {
+        zuv::finalizeSample(*program, self, *params);
+    }
+}
+
 } // namespace
 
 DDS_UnsignedLong ZUVSample_getSize(const DDS_TypeCode *type)
@@ -48,13 +68,7 @@ DDS_UnsignedLong ZUVSample_getSize(const DDS_TypeCode *type)
 DDS_Boolean ZUVSample_initializeWithParams(const DDS_TypeCode *type, void *self,
                                            const DDS_TypeAllocationParams_t *params)
 {
-    const zuv::Program *program = zuv::Program::of(type);
-    if (program == nullptr && type != nullptr && self != nullptr) {
-        std::memset(self, 0, type->size); // as after every failure: finalizing does no harm
-    }
-    return program != nullptr && !isNull(self, "self == ((void *)0)") &&
-           !isNull(params, "allocParams == ((void *)0)") &&
-           zuv::initializeSample(*program, self, *params);
+    return initialize(type, self, params);
 }
 
 DDS_Boolean ZUVSample_initializeEx(const DDS_TypeCode *type, void *self,
@@ -62,22 +76,19 @@ DDS_Boolean ZUVSample_initializeEx(const DDS_TypeCode *type, void *self,
 {
     DDS_TypeAllocationParams_t params = paramsWith(allocatePointers);
     params.allocate_memory = allocateMemory;
-    return ZUVSample_initializeWithParams(type, self, &params);
+    return initialize(type, self, &params);
 }
 
 void ZUVSample_finalizeWithParams(const DDS_TypeCode *type, void *self,
                                   const DDS_TypeDeallocationParams_t *params)
 {
-    const zuv::Program *program = zuv::Program::of(type);
-    if (program != nullptr && self != nullptr && params != nullptr) {
-        zuv::finalizeOps(program->ops(), self, *params);
-    }
+    finalize(type, self, params);
 }
 
 void ZUVSample_finalizeEx(const DDS_TypeCode *type, void *self, DDS_Boolean deletePointers)
 {
     const DDS_TypeDeallocationParams_t params = deallocationParamsWith(deletePointers);
-    ZUVSample_finalizeWithParams(type, self, &params);
+    finalize(type, self, &params);
 }
 
 void ZUVSample_finalizeOptionalMembers(const DDS_TypeCode *type, void *self,
@@ -141,7 +152,7 @@ void *ZUVSample_newEx(const DDS_TypeCode *type, DDS_Boolean allocatePointers)
 void ZUVSample_deleteWithParams(const DDS_TypeCode *type, void *self,
                                 const DDS_TypeDeallocationParams_t *params)
 {
-    ZUVSample_finalizeWithParams(type, self, params);
+    finalize(type, self, params);
     ZUVOsapiHeap_free(self);
 }
 

@@ -50,15 +50,14 @@ bool initializeText(const Op &op, char **slot, const DDS_TypeAllocationParams_t 
     return *slot != nullptr;
 }
 
-void initializeSequence(const Op &op, ZUVSequence *sequence,
-                        const DDS_TypeAllocationParams_t &params)
+// Into a sample that nobody initialized.
+void initializeSequence(const Op &op, ZUVSequence *sequence)
 {
     ZUVSequence_initialize(sequence);
     sequence->_absolute_maximum = op.bound;
-    sequence->_elementAllocParams.allocate_pointers = params.allocate_pointers;
 }
 
-bool initializeOps(std::span<const Op> ops, void *base, const DDS_TypeAllocationParams_t &params);
+bool giveStorage(std::span<const Op> holders, void *base, const DDS_TypeAllocationParams_t &params);
 
 void *newOptional(const Op &op, const DDS_TypeAllocationParams_t &params)
 {
@@ -75,70 +74,53 @@ void *newOptional(const Op &op, const DDS_TypeAllocationParams_t &params)
     return target;
 }
 
-// Initialize a member in memory that is all zeros.
-bool initializeOp(const Op &op, void *base, const DDS_TypeAllocationParams_t &params)
+// The same for one member.
+bool giveStorage(const Op &op, void *base, const DDS_TypeAllocationParams_t &params)
 {
     switch (op.code) {
-    case OpCode::Units:
-    case OpCode::Booleans:
-    case OpCode::Enum:
-        if (op.defaultBits != 0) {
-            storeDefault(op, base);
-        }
-        return true;
     case OpCode::Text:
         return initializeText(op, memberAt<char *>(base, op.offset), params);
     case OpCode::UnitSequence:
     case OpCode::BooleanSequence:
     case OpCode::Sequence:
-        initializeSequence(op, memberAt<ZUVSequence>(base, op.offset), params);
+        memberAt<ZUVSequence>(base, op.offset)->_elementAllocParams.allocate_pointers =
+            params.allocate_pointers;
         return true;
     case OpCode::Array:
         for (std::uint32_t i = 0; i < op.count; ++i) {
-            if (!initializeOps(op.element->ops(),
-                               memberAt<char>(base, op.offset + i * op.element->size()), params)) {
+            if (!giveStorage(op.element->holders(),
+                             memberAt<char>(base, op.offset + i * op.element->size()), params)) {
                 return false;
             }
         }
         return true;
     case OpCode::Struct:
-        return initializeOps(op.element->ops(), memberAt<char>(base, op.offset), params);
+        return giveStorage(op.element->holders(), memberAt<char>(base, op.offset), params);
     case OpCode::Optional:
         if (params.allocate_optional_members) {
             *memberAt<void *>(base, op.offset) = newOptional(op, params);
             return *memberAt<void *>(base, op.offset) != nullptr;
         }
         return true;
+    default:
+        return true;
     }
-    return false;
 }
 
-bool initializeOps(std::span<const Op> ops, void *base, const DDS_TypeAllocationParams_t &params)
+bool giveStorage(std::span<const Op> holders, void *base, const DDS_TypeAllocationParams_t &params)
 {
-    for (const Op &op : ops) {
-        if (!initializeOp(op, base, params)) {
+    for (const Op &op : holders) {
+        if (!giveStorage(op, base, params)) {
             return false;
         }
     }
     return true;
 }
 
-void finalizeSequence(const Op &op, ZUVSequence *sequence)
-{
-    if (!isInitialized(*sequence)) {
-        return;
-    }
-    if (sequence->_owned) {
-        ZUVSequence_deleteBuffer(sequence, &op.sequenceElement);
-    } else {
-        ZUVSequence_unloan(sequence);
-    }
-}
-
 void finalizeText(char **slot)
 {
     if (*slot != nullptr) {
-        DDS_String_free(*slot);
+        ZUVOsapiHeap_free(*slot);
         *slot = nullptr;
     }
 }
@@ -170,7 +152,7 @@ bool copySequence(const Op &op, ZUVSequence *destination, const ZUVSequence &sou
         return reportBeyondBound("copy sequence beyond its bound", length, op.bound);
     }
     if (!isInitialized(*destination)) {
-        initializeSequence(op, destination, DDS_TYPE_ALLOCATION_PARAMS_DEFAULT);
+        initializeSequence(op, destination);
     }
     return ZUVSequence_copy(destination, &op.sequenceElement, &source) != nullptr;
 }
@@ -277,49 +259,44 @@ bool areEqual(const Op &op, const void *first, const void *second)
 
 } // namespace
 
-bool initializeSample(const Program &program, void *sample,
-                      const DDS_TypeAllocationParams_t &params)
+bool giveStorage(const Program &program, void *sample, const DDS_TypeAllocationParams_t &params)
 {
-    std::memset(sample, 0, program.size());
-    if (initializeOps(program.ops(), sample, params)) {
+    if (giveStorage(program.holders(), sample, params)) {
         return true;
     }
-    finalizeOps(program.ops(), sample, DDS_TYPE_DEALLOCATION_PARAMS_DEFAULT);
+    finalizeSample(program, sample, DDS_TYPE_DEALLOCATION_PARAMS_DEFAULT);
     std::memset(sample, 0, program.size());
     return false;
 }
 
-void finalizeOps(std::span<const Op> ops, void *base, const DDS_TypeDeallocationParams_t &params)
+void finalizeSample(const Program &program, void *sample,
+                    const DDS_TypeDeallocationParams_t &params)
 {
-    for (const Op &op : ops) {
+    for (const Op &op : program.holders()) {
         switch (op.code) {
-        case OpCode::Units:
-        case OpCode::Booleans:
-        case OpCode::Enum:
-            break;
         case OpCode::Text:
             if (!op.isOptional || params.delete_optional_members) {
-                finalizeText(memberAt<char *>(base, op.offset));
+                finalizeText(memberAt<char *>(sample, op.offset));
             }
             break;
         case OpCode::UnitSequence:
         case OpCode::BooleanSequence:
         case OpCode::Sequence:
-            finalizeSequence(op, memberAt<ZUVSequence>(base, op.offset));
+            emptySequence(memberAt<ZUVSequence>(sample, op.offset), op);
             break;
         case OpCode::Array:
-            for (std::uint32_t i = 0; i < op.count && !op.element->isPlain(); ++i) {
-                finalizeOps(op.element->ops(),
-                            memberAt<char>(base, op.offset + i * op.element->size()), params);
-            }
-            break;
         case OpCode::Struct:
-            finalizeOps(op.element->ops(), memberAt<char>(base, op.offset), params);
+            for (std::uint32_t i = 0; i < (op.code == OpCode::Array ? op.count : 1); ++i) {
+                finalizeSample(*op.element,
+                               memberAt<char>(sample, op.offset + i * op.element->size()), params);
+            }
             break;
         case OpCode::Optional:
             if (params.delete_optional_members) {
-                releaseOptional(op, base);
+                releaseOptional(op, sample);
             }
+            break;
+        default:
             break;
         }
     }
@@ -441,7 +418,7 @@ void releaseOptional(const Op &op, void *base)
 {
     void *&target = *memberAt<void *>(base, op.offset);
     if (target != nullptr) {
-        finalizeOps(op.element->ops(), target, DDS_TYPE_DEALLOCATION_PARAMS_DEFAULT);
+        finalizeSample(*op.element, target, DDS_TYPE_DEALLOCATION_PARAMS_DEFAULT);
         ZUVOsapiHeap_free(target);
         target = nullptr;
     }

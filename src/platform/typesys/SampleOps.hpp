@@ -24,6 +24,42 @@ const T *memberAt(const void *base, std::uint32_t offset)
     return reinterpret_cast<const T *>(static_cast<const char *>(base) + offset);
 }
 
+// memcpy, without a call for the sizes of most members: the ends of a block overlap where it is no multiple.
+template <typename Block>
+inline void copyEnds(char *to, const char *from, std::size_t size)
+{
+    Block first;
+    Block last;
+    std::memcpy(&first, from, sizeof(Block));
+    std::memcpy(&last, from + size - sizeof(Block), sizeof(Block));
+    std::memcpy(to, &first, sizeof(Block));
+    std::memcpy(to + size - sizeof(Block), &last, sizeof(Block));
+}
+
+inline void copyOctets(void *destination, const void *source, std::size_t size)
+{
+    struct Block16 {
+        std::uint64_t halves[2];
+    };
+    char *to = static_cast<char *>(destination);
+    const char *from = static_cast<const char *>(source);
+    if (size > 2 * sizeof(Block16)) {
+        std::memcpy(to, from, size);
+    } else if (size >= sizeof(Block16)) {
+        copyEnds<Block16>(to, from, size);
+    } else if (size >= sizeof(std::uint64_t)) {
+        copyEnds<std::uint64_t>(to, from, size);
+    } else if (size >= sizeof(std::uint32_t)) {
+        copyEnds<std::uint32_t>(to, from, size);
+    } else if (size > 0) {
+        const char middle = from[size / 2];
+        const char last = from[size - 1];
+        to[0] = from[0];
+        to[size / 2] = middle;
+        to[size - 1] = last;
+    }
+}
+
 // An element of a sequence, wherever it lies.
 inline void *elementAt(const ZUVSequence &sequence, std::uint32_t index, std::uint32_t size)
 {
@@ -37,12 +73,26 @@ inline bool isInitialized(const ZUVSequence &sequence)
     return sequence._sequence_init == DDS_SEQUENCE_MAGIC_NUMBER;
 }
 
-// Initialize a sample in any memory. On failure nothing stays allocated and the sample is all zeros.
-bool initializeSample(const Program &program, void *sample,
-                      const DDS_TypeAllocationParams_t &params);
+// Give the members of a blank sample the storage that the parameters ask for. On failure nothing stays
+// allocated and the sample is all zeros.
+bool giveStorage(const Program &program, void *sample, const DDS_TypeAllocationParams_t &params);
 
-// Release what a sample, or a part of it, holds. Memory that is all zeros holds nothing.
-void finalizeOps(std::span<const Op> ops, void *base, const DDS_TypeDeallocationParams_t &params);
+inline bool needsStorage(const DDS_TypeAllocationParams_t &params)
+{
+    return params.allocate_memory || params.allocate_optional_members || !params.allocate_pointers;
+}
+
+// Initialize a sample in any memory, with the same failure.
+inline bool initializeSample(const Program &program, void *sample,
+                             const DDS_TypeAllocationParams_t &params)
+{
+    copyOctets(sample, program.blank(), program.size());
+    return program.isPlain() || !needsStorage(params) || giveStorage(program, sample, params);
+}
+
+// Release what a sample holds. Memory that is all zeros holds nothing.
+void finalizeSample(const Program &program, void *sample,
+                    const DDS_TypeDeallocationParams_t &params);
 void finalizeOptionalOps(std::span<const Op> ops, void *base);
 
 // Deep copy. On failure the destination is valid, with some members copied.
@@ -72,6 +122,8 @@ void releaseOptional(const Op &op, void *base);
 // Give a sequence room for `length` elements, not all of whose old values need stay, and that length.
 // Refused with a report for a loan that is too small.
 bool growSequence(ZUVSequence *sequence, const Op &op, std::uint32_t length);
+// Release the elements of an owned sequence, or forget those of a loan: it is empty then and owns its elements.
+void emptySequence(ZUVSequence *sequence, const Op &op);
 inline bool prepareSequence(ZUVSequence *sequence, const Op &op, std::uint32_t length)
 {
     if (!isInitialized(*sequence) || length > sequence->_maximum) {
@@ -79,18 +131,6 @@ inline bool prepareSequence(ZUVSequence *sequence, const Op &op, std::uint32_t l
     }
     sequence->_length = length;
     return true;
-}
-
-// memcpy, with the sizes of most members known to the compiler.
-[[gnu::always_inline]] inline void copyOctets(void *to, const void *from, std::size_t size)
-{
-    if (size == sizeof(std::uint32_t)) {
-        std::memcpy(to, from, sizeof(std::uint32_t));
-    } else if (size == sizeof(std::uint64_t)) {
-        std::memcpy(to, from, sizeof(std::uint64_t));
-    } else {
-        std::memcpy(to, from, size);
-    }
 }
 
 } // namespace zuv

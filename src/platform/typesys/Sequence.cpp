@@ -70,7 +70,7 @@ void finalizeElements(const ZUVSequence &self, const zuv::Program *program, std:
         return;
     }
     for (std::uint32_t i = first; i < self._maximum; ++i) {
-        zuv::finalizeOps(program->ops(), zuv::elementAt(self, i, size), self._elementDeallocParams);
+        zuv::finalizeSample(*program, zuv::elementAt(self, i, size), self._elementDeallocParams);
     }
 }
 
@@ -239,7 +239,8 @@ bool isNegative(DDS_Long number, const char *name)
     return number < 0 && !refuse(DDS_LOG_BAD_PARAMETER_s, name);
 }
 
-void endLoan(ZUVSequence &self)
+// An empty sequence that owns its elements, whatever it held.
+void forgetElements(ZUVSequence &self)
 {
     self._contiguous_buffer = nullptr;
     self._discontiguous_buffer = nullptr;
@@ -267,6 +268,18 @@ bool zuv::growSequence(ZUVSequence *sequence, const Op &op, std::uint32_t length
         sequence->_length = length;
     }
     return hasRoom;
+}
+
+void zuv::emptySequence(ZUVSequence *sequence, const Op &op)
+{
+    if (!isInitialized(*sequence) || (sequence->_owned && sequence->_maximum == 0)) {
+        return;
+    }
+    if (sequence->_owned) {
+        finalizeElements(*sequence, op.element, op.sequenceElement.size, 0);
+        ZUVOsapiHeap_freeBufferAligned(sequence->_contiguous_buffer);
+    }
+    forgetElements(*sequence);
 }
 
 DDS_Boolean ZUVSequence_initialize(ZUVSequence *self)
@@ -450,7 +463,7 @@ DDS_Boolean ZUVSequence_unloan(ZUVSequence *self)
         return self->_maximum == 0 ||
                refuse(ZUV_LOG_ANY_FAILURE_s, "return a loan that the sequence does not hold");
     }
-    endLoan(*self);
+    forgetElements(*self);
     return DDS_BOOLEAN_TRUE;
 }
 

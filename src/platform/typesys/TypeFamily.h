@@ -65,7 +65,7 @@
     }                                                                                              \
     DDS_Boolean T##_initialize(T *self)                                                            \
     {                                                                                              \
-        return T##_initialize_ex(self, DDS_BOOLEAN_TRUE, DDS_BOOLEAN_TRUE);                        \
+        return ZUVSample_initializeEx(&T##_g_typecode, self, DDS_BOOLEAN_TRUE, DDS_BOOLEAN_TRUE);  \
     }                                                                                              \
     DDS_Boolean T##_initialize_ex(T *self, DDS_Boolean allocatePointers,                           \
                                   DDS_Boolean allocateMemory)                                      \
@@ -78,11 +78,11 @@
     }                                                                                              \
     void T##_finalize(T *self)                                                                     \
     {                                                                                              \
-        T##_finalize_ex(self, DDS_BOOLEAN_TRUE);                                                   \
+        ZUVSample_finalizeEx(&T##_g_typecode, self, DDS_BOOLEAN_TRUE);                             \
     }                                                                                              \
     DDS_Boolean T##_finalize_w_return(T *self)                                                     \
     {                                                                                              \
-        T##_finalize_ex(self, DDS_BOOLEAN_TRUE);                                                   \
+        ZUVSample_finalizeEx(&T##_g_typecode, self, DDS_BOOLEAN_TRUE);                             \
         return DDS_BOOLEAN_TRUE;                                                                   \
     }                                                                                              \
     void T##_finalize_ex(T *self, DDS_Boolean deletePointers)                                      \
