@@ -26,6 +26,7 @@
 #include "QosValues.h"
 #include "platform/dds/EntityImpl.hpp"
 #include "platform/dds/QosMapping.hpp"
+#include "platform/dds/QosNotice.hpp"
 #include "platform/log/DDSLog.h"
 #include "platform/log/LogMessages.h"
 #include "support/LogCapture.h"
@@ -454,6 +455,256 @@ TEST_F(QosMapping, setsWhatAReaderHas)
              }},
         });
     checkRows(zuv::dds::kDataReaderQosRecord, rows);
+}
+
+// -- What the middleware does not have -------------------------------------------------------------------------
+
+class QosNotices : public QosMapping
+{
+protected:
+    QosNotices() { DDSLog_g_instrumentationMask |= ZUV_LOG_BIT_WARNING; }
+    ~QosNotices() override { DDSLog_g_instrumentationMask = maskBefore_; }
+
+    static std::vector<std::string> warningsIn(const zuv_test::LogCapture &log)
+    {
+        std::vector<std::string> texts;
+        for (const auto &line : log.lines()) {
+            if (line.level == ZUV_LOG_BIT_WARNING &&
+                line.text.find(" is kept, ") != std::string::npos) {
+                texts.push_back(line.text);
+            }
+        }
+        return texts;
+    }
+
+private:
+    const std::uint32_t maskBefore_ = DDSLog_g_instrumentationMask;
+};
+
+TEST_F(QosNotices, areToldOnceForEachField)
+{
+    DDS_DataWriterQos qos = {};
+    zuv::dds::setQosDefaults(zuv::dds::kDataWriterQosRecord, &qos);
+    {
+        zuv_test::LogCapture log;
+        made(qos);
+        EXPECT_EQ(warningsIn(log), std::vector<std::string>()) << "defaults are not worth a line";
+    }
+    qos.batch.enable = DDS_BOOLEAN_TRUE;
+    qos.latency_budget.duration.sec = 1;
+    {
+        zuv_test::LogCapture log;
+        made(qos);
+        EXPECT_EQ(warningsIn(log),
+                  (std::vector<std::string>{
+                      "datawriter_qos: latency_budget.duration is kept, and the middleware does "
+                      "not act on it",
+                      "datawriter_qos: batch.enable is kept, and the middleware has no such "
+                      "field. Each sample is sent by itself."}));
+    }
+    {
+        zuv_test::LogCapture log;
+        made(qos);
+        EXPECT_EQ(warningsIn(log), std::vector<std::string>()) << "once is enough";
+    }
+
+    // All the others.
+    std::size_t toldCount = 0;
+    std::size_t expectedCount = 0;
+    for (const QosRecord *const table : zuv::dds::kQosRecords) {
+        alignas(std::max_align_t) char record[zuv::dds::kMaxQosRecordSize] = {};
+        zuv::dds::setQosDefaults(*table, record);
+        for (const QosMember &member : table->members) {
+            for (const QosField &field : member.policy->fields) {
+                expectedCount +=
+                    field.effect == QosEffect::kKept || field.effect == QosEffect::kAnnounced;
+                zuv_test::setField(record, member, field,
+                                   zuv::dds::defaultNumberOf(member, field) ^ 1);
+            }
+        }
+        zuv_test::LogCapture log;
+        zuv::dds::tellWhatHasNoEffect(*table, record);
+        toldCount += warningsIn(log).size();
+        zuv::dds::finalizeQos(*table, record);
+    }
+    EXPECT_EQ(toldCount + 2, expectedCount);
+}
+
+// -- Transports, peers and flow controllers --------------------------------------------------------------------
+
+class ParticipantTraffic : public QosMapping
+{
+protected:
+    ParticipantTraffic() { zuv::dds::setQosDefaults(zuv::dds::kDomainParticipantQosRecord, &qos_); }
+    ~ParticipantTraffic() override { DDS_DomainParticipantQos_finalize(&qos_); }
+
+    void set(const char *name, const char *value)
+    {
+        EXPECT_EQ(DDS_PropertyQosPolicyHelper_assert_property(&qos_.property, name, value, 0),
+                  DDS_RETCODE_OK);
+    }
+
+    zuv_test::LogCapture log_;
+    DDS_DomainParticipantQos qos_ = {};
+};
+
+TEST_F(ParticipantTraffic, losesTheAddressesOfATransportThatIsTakenAway)
+{
+    qos_.transport_builtin.mask = DDS_TRANSPORTBUILTIN_SHMEM;
+    const fast::DomainParticipantQos made = QosMapping::made(qos_);
+    EXPECT_EQ(transportsOf(made), "SHMEM ");
+    EXPECT_FALSE(made.transport().use_builtin_transports);
+    for (const auto &locator : made.wire_protocol().builtin.metatrafficUnicastLocatorList) {
+        EXPECT_NE(locator.kind, LOCATOR_KIND_UDPv4);
+    }
+    EXPECT_TRUE(log_.isEmpty());
+}
+
+TEST_F(ParticipantTraffic, reachesOthersThroughTheTransportThatIsLeft)
+{
+    for (const DDS_TransportBuiltinKindMask mask :
+         {DDS_TRANSPORTBUILTIN_SHMEM, DDS_TRANSPORTBUILTIN_UDPv4}) {
+        qos_.transport_builtin.mask = mask;
+        DDS_DomainParticipant *const one = zuv_test::joinDomain(qos_);
+        DDS_DomainParticipant *const other = zuv_test::joinDomain(qos_);
+        const bool haveMet = zuv_test::eventually([&] {
+            return !one->fast->get_participant_names().empty() &&
+                   !other->fast->get_participant_names().empty();
+        });
+        EXPECT_TRUE(haveMet) << mask;
+        zuv_test::leaveDomain(one);
+        zuv_test::leaveDomain(other);
+    }
+}
+
+TEST_F(ParticipantTraffic, reportsATransportThatTheProfileDoesNotHave)
+{
+    qos_.transport_builtin.mask = DDS_TRANSPORTBUILTIN_UDPv4 | DDS_TRANSPORTBUILTIN_UDPv6;
+    EXPECT_EQ(transportsOf(made(qos_)), "UDPv4 ");
+    ASSERT_EQ(log_.lines().size(), 1U);
+    EXPECT_NE(log_.lines()[0].text.find("use UDPv6"), std::string::npos);
+}
+
+TEST_F(ParticipantTraffic, hasTheSizesOfTheProperties)
+{
+    set("dds.transport.UDPv4.send_socket_buffer_size", "100000");
+    set("dds.transport.UDPv4.recv_socket_buffer_size", "200000");
+    set("dds.transport.UDPv4.message_size_max", "30000");
+    set("dds.transport.shmem.segment_size", "1000000");
+    set("dds.transport.shmem.message_size_max", "40000");
+    bool sawUdp = false, sawSharedMemory = false;
+    const fast::DomainParticipantQos made = QosMapping::made(qos_);
+    for (const auto &one : made.transport().user_transports) {
+        if (auto *udp = dynamic_cast<transport::UDPv4TransportDescriptor *>(one.get())) {
+            sawUdp = true;
+            EXPECT_EQ(udp->sendBufferSize, 100000U);
+            EXPECT_EQ(udp->receiveBufferSize, 200000U);
+            EXPECT_EQ(udp->max_message_size(), 30000U);
+        }
+        if (auto *shared = dynamic_cast<transport::SharedMemTransportDescriptor *>(one.get())) {
+            sawSharedMemory = true;
+            EXPECT_EQ(shared->segment_size(), 1000000U);
+            EXPECT_EQ(shared->max_message_size(), 40000U);
+        }
+    }
+    EXPECT_TRUE(sawUdp && sawSharedMemory);
+    EXPECT_TRUE(log_.isEmpty());
+}
+
+TEST_F(ParticipantTraffic, reportsWhatIsNoNumberAndWhatIsNoAddress)
+{
+    set("dds.transport.UDPv4.message_size_max", "much");
+    set("dds.flow_controller.slow.max_bytes_per_period", "-1");
+    zuv_test::setTexts(qos_.discovery.initial_peers, {"127.0.0.1:0", "localhost", "127.0.0.300",
+                                                      "tcp://127.0.0.1", "127.0.0.1:7"});
+    const fast::DomainParticipantQos made = QosMapping::made(qos_);
+    EXPECT_EQ(peersOf(made.wire_protocol().builtin.initialPeersList), "127.0.0.1:7 ");
+    EXPECT_TRUE(made.flow_controllers().empty());
+    EXPECT_EQ(log_.lines().size(), 6U);
+}
+
+TEST_F(ParticipantTraffic, passesTheFlowControllerOfTheWriter)
+{
+    set("dds.flow_controller.slow.max_bytes_per_period", "1000");
+    set("dds.flow_controller.slow.period_ms", "20");
+    DDS_DomainParticipant *const participant = zuv_test::joinDomain(qos_);
+    ASSERT_NE(participant, nullptr);
+    const auto controllers = participant->fast->get_qos().flow_controllers();
+    ASSERT_EQ(controllers.size(), 1U);
+    EXPECT_STREQ(controllers[0]->name, "slow");
+    EXPECT_EQ(controllers[0]->max_bytes_per_period, 1000);
+    EXPECT_EQ(controllers[0]->period_ms, 20U);
+
+    ASSERT_EQ(QuestionType::registerType(participant, QuestionType::name()), DDS_RETCODE_OK);
+    DDS_Topic *const topic =
+        DDS_DomainParticipant_create_topic(participant, "slow topic", QuestionType::name(),
+                                           &DDS_TOPIC_QOS_DEFAULT, nullptr, DDS_STATUS_MASK_NONE);
+    DDS_DataWriterQos writerQos = {};
+    zuv::dds::setQosDefaults(zuv::dds::kDataWriterQosRecord, &writerQos);
+    DDS_PropertyQosPolicyHelper_assert_property(&writerQos.property,
+                                                "dds.publish_mode.flow_controller_name", "slow", 0);
+    DDS_DataWriter *const writer =
+        DDS_Publisher_create_datawriter(DDS_DomainParticipant_get_implicit_publisher(participant),
+                                        topic, &writerQos, nullptr, DDS_STATUS_MASK_NONE);
+    DDS_DataWriterQos_finalize(&writerQos);
+    ASSERT_NE(writer, nullptr);
+    EXPECT_EQ(writer->fast->get_qos().publish_mode().kind, fast::ASYNCHRONOUS_PUBLISH_MODE);
+    EXPECT_STREQ(writer->fast->get_qos().publish_mode().flow_controller_name, "slow");
+    zuv_test::leaveDomain(participant);
+    EXPECT_TRUE(log_.isEmpty());
+}
+
+// -- Two endpoints that do not fit -----------------------------------------------------------------------------
+
+struct Mismatch {
+    DDS_QosPolicyId_t policy;
+    void (*set)(DDS_DataWriterQos &, DDS_DataReaderQos &);
+};
+
+class IncompatibleQos : public testing::TestWithParam<Mismatch>
+{
+};
+
+INSTANTIATE_TEST_SUITE_P(
+    Policies, IncompatibleQos,
+    testing::Values(Mismatch{DDS_RELIABILITY_QOS_POLICY_ID,
+                             [](DDS_DataWriterQos &writer, DDS_DataReaderQos &) {
+                                 writer.reliability.kind = DDS_BEST_EFFORT_RELIABILITY_QOS;
+                             }},
+                    Mismatch{DDS_DURABILITY_QOS_POLICY_ID,
+                             [](DDS_DataWriterQos &, DDS_DataReaderQos &reader) {
+                                 reader.durability.kind = DDS_TRANSIENT_LOCAL_DURABILITY_QOS;
+                             }},
+                    Mismatch{DDS_DEADLINE_QOS_POLICY_ID,
+                             [](DDS_DataWriterQos &, DDS_DataReaderQos &reader) {
+                                 reader.deadline.period = {1, 0};
+                             }},
+                    Mismatch{DDS_OWNERSHIP_QOS_POLICY_ID,
+                             [](DDS_DataWriterQos &, DDS_DataReaderQos &reader) {
+                                 reader.ownership.kind = DDS_EXCLUSIVE_OWNERSHIP_QOS;
+                             }},
+                    Mismatch{DDS_LIVELINESS_QOS_POLICY_ID,
+                             [](DDS_DataWriterQos &, DDS_DataReaderQos &reader) {
+                                 reader.liveliness.kind = DDS_MANUAL_BY_TOPIC_LIVELINESS_QOS;
+                             }}),
+    [](const auto &test) { return std::string(DDS_QosPolicyId_to_string(test.param.policy)); });
+
+TEST_P(IncompatibleQos, namesThePolicyOnBothSides)
+{
+    zuv_test::Link<QuestionType> link(GetParam().set);
+    DDS_OfferedIncompatibleQosStatus offered = {};
+    DDS_RequestedIncompatibleQosStatus requested = {};
+    EXPECT_TRUE(zuv_test::eventually([&] {
+        DDS_DataWriter_get_offered_incompatible_qos_status(link.writer, &offered);
+        return offered.total_count > 0;
+    }));
+    EXPECT_TRUE(zuv_test::eventually([&] {
+        DDS_DataReader_get_requested_incompatible_qos_status(link.reader, &requested);
+        return requested.total_count > 0;
+    }));
+    EXPECT_EQ(offered.last_policy_id, GetParam().policy);
+    EXPECT_EQ(requested.last_policy_id, GetParam().policy);
+    EXPECT_FALSE(link.isMatched());
 }
 
 } // namespace
