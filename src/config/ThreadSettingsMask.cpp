@@ -2,21 +2,20 @@
 
 #include <array>
 #include <optional>
-#include <string_view>
 
 #include "log/Log.h"
 #include "platform/mavo/String.h"
 #include "platform/osapi/Utility.h"
+#include "platform/xmlutils/Helper.h"
 
 #define IS_NULL(ARGUMENT) BREL_IS_NULL(BREL_SUBMODULE_XML, ARGUMENT)
+#define FAILURE(...) ZUV_LOG(BREL, ZUV_LOG_BIT_EXCEPTION, BREL_SUBMODULE_XML, __VA_ARGS__)
 
 namespace
 {
 
-using std::string_view;
-
 constexpr size_t kTextSize = 2048;
-constexpr string_view kWhiteSpace = " \t\r\n";
+constexpr const char *kTooLong = "thread settings kind too long";
 
 struct Name {
     const char *text;
@@ -39,19 +38,6 @@ constexpr Name kNames[] = {
     {"DDS_THREAD_SETTINGS_KIND_MASK_DEFAULT", DDS_THREAD_SETTINGS_KIND_MASK_DEFAULT},
 };
 
-// Cuts the text in place; the result lies in it.
-char *trim(char *text)
-{
-    const string_view whole = text;
-    const size_t begin = whole.find_first_not_of(kWhiteSpace);
-    if (begin == string_view::npos) {
-        text[0] = '\0';
-        return text;
-    }
-    text[whole.find_last_not_of(kWhiteSpace) + 1] = '\0';
-    return text + begin;
-}
-
 std::optional<DDS_ThreadSettingsKindMask> bitOf(const char *item)
 {
     for (const auto &[name, bit] : kNames) {
@@ -67,9 +53,9 @@ std::optional<DDS_ThreadSettingsKindMask> maskOf(char *text)
 {
     DDS_ThreadSettingsKindMask mask = 0;
     char *position = nullptr;
-    for (char *item = MAVOString_strToken(trim(text), "|", &position); item != nullptr;
-         item = MAVOString_strToken(nullptr, "|", &position)) {
-        const auto bit = bitOf(trim(item));
+    for (char *item = MAVOString_strToken(ZUVXMLHelper_strTrim(text), "|", &position);
+         item != nullptr; item = MAVOString_strToken(nullptr, "|", &position)) {
+        const auto bit = bitOf(ZUVXMLHelper_strTrim(item));
         if (!bit) {
             return std::nullopt;
         }
@@ -78,25 +64,60 @@ std::optional<DDS_ThreadSettingsKindMask> maskOf(char *text)
     return mask;
 }
 
+enum class Outcome { Read, TooLong, Illegal };
+
+Outcome read(const char *elementText, DDS_ThreadSettingsKindMask &mask)
+{
+    std::array<char, kTextSize> text;
+    if (ZUVOsapiUtility_strcpy(text.data(), text.size(), elementText) == nullptr) {
+        return Outcome::TooLong;
+    }
+    const auto found = maskOf(text.data());
+    if (!found) {
+        return Outcome::Illegal;
+    }
+    mask = *found;
+    return Outcome::Read;
+}
+
 } // namespace
 
-extern "C" int BRELXmlUtils_getThreadSettingsKindMaskElement(DDS_ThreadSettingsKindMask *mask,
-                                                             const char *elementText)
+extern "C" {
+
+int BRELXmlUtils_getThreadSettingsKindMaskElement(DDS_ThreadSettingsKindMask *mask,
+                                                  const char *elementText)
 {
     if (IS_NULL(mask) || IS_NULL(elementText)) {
         return 0;
     }
-    std::array<char, kTextSize> text;
-    if (ZUVOsapiUtility_strcpy(text.data(), text.size(), elementText) == nullptr) {
-        ZUV_LOG(BREL, ZUV_LOG_BIT_EXCEPTION, BREL_SUBMODULE_XML, &ZUV_LOG_ANY_FAILURE_s,
-                "thread settings kind too long");
-        return 0;
+    const Outcome outcome = read(elementText, *mask);
+    if (outcome == Outcome::TooLong) {
+        FAILURE(&ZUV_LOG_ANY_FAILURE_s, kTooLong);
+    } else if (outcome == Outcome::Illegal) {
+        FAILURE(&ZUV_LOG_INVALID_s, "mask value");
     }
-    const auto read = maskOf(text.data());
-    if (!read) {
-        ZUV_LOG(BREL, ZUV_LOG_BIT_EXCEPTION, BREL_SUBMODULE_XML, &ZUV_LOG_INVALID_s, "mask value");
-        return 0;
+    return outcome == Outcome::Read;
+}
+
+void BRELUtils_getThreadSettingsKindMaskElement(DDS_ThreadSettingsKindMask *mask,
+                                                const char *tagName, const char *elementText,
+                                                DDS_XMLContext *context)
+{
+    if (IS_NULL(context)) {
+        return;
     }
-    *mask = *read;
-    return 1;
+    if (IS_NULL(mask) || IS_NULL(tagName) || IS_NULL(elementText)) {
+        context->error = 1;
+        return;
+    }
+    const Outcome outcome = read(elementText, *mask);
+    if (outcome == Outcome::TooLong) {
+        FAILURE(&ZUV_LOG_ANY_FAILURE_s, kTooLong);
+    } else if (outcome == Outcome::Illegal) {
+        FAILURE(&ZUVXML_LOG_PARSER_ILLEGAL_VALUE_ds, context->line, tagName);
+    }
+    if (outcome != Outcome::Read) {
+        context->error = 1;
+    }
+}
 }

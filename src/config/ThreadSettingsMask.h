@@ -3,6 +3,7 @@
 #define ZUV_CONFIG_THREAD_SETTINGS_MASK_H
 
 #include "platform/dds/ThreadSettings.h"
+#include "platform/ddsxml/XmlHelper.h"
 
 #ifdef __cplusplus
 extern "C" {
@@ -17,6 +18,13 @@ extern "C" {
  * of 2048 characters or more, and for a NULL argument. */
 int BRELXmlUtils_getThreadSettingsKindMaskElement(DDS_ThreadSettingsKindMask *mask,
                                                   const char *elementText);
+
+/* The same for the text of an element `tagName` of the middleware's XML: a failure sets the error flag of
+ * `context`, and its report has the context's line and the tag. A missing context is reported, and nothing else
+ * happens. */
+void BRELUtils_getThreadSettingsKindMaskElement(DDS_ThreadSettingsKindMask *mask,
+                                                const char *tagName, const char *elementText,
+                                                DDS_XMLContext *context);
 
 #ifdef __cplusplus
 }

@@ -105,4 +105,64 @@ TEST_F(ThreadSettingsMask, needsATextAndAMask)
          {&ZUV_LOG_PRECONDITION_FAILURE_s, "!meet precondition: elementText == ((void *)0)"}}));
 }
 
+// The reader for the middleware's XML: a flag in place of a result.
+TEST_F(ThreadSettingsMask, isReadInAContextToo)
+{
+    DDS_ThreadSettingsKindMask mask = kUntouched;
+    DDS_XMLContext context = {};
+    BRELUtils_getThreadSettingsKindMaskElement(&mask, "mask", " stdio | floating_point ", &context);
+    EXPECT_EQ(mask, 3U);
+    EXPECT_EQ(context.error, 0);
+    BRELUtils_getThreadSettingsKindMaskElement(&mask, "mask", "", &context);
+    EXPECT_EQ(mask, 0U);
+    EXPECT_EQ(context.error, 0);
+}
+
+TEST_F(ThreadSettingsMask, setsTheFlagOfItsContext)
+{
+    const struct {
+        std::string text;
+        zuv_test::LogLink line;
+    } wrong[] = {
+        {"STDIO|x",
+         {&ZUVXML_LOG_PARSER_ILLEGAL_VALUE_ds, "!parse line 17: illegal value of 'mask'"}},
+        {std::string(2048, ' '), {&ZUV_LOG_ANY_FAILURE_s, "!thread settings kind too long"}}};
+    for (const auto &[text, line] : wrong) {
+        const zuv_test::LogCapture log;
+        DDS_ThreadSettingsKindMask mask = kUntouched;
+        DDS_XMLContext context = {};
+        context.line = 17;
+        BRELUtils_getThreadSettingsKindMaskElement(&mask, "mask", text.c_str(), &context);
+        EXPECT_NE(context.error, 0);
+        EXPECT_EQ(mask, kUntouched);
+        EXPECT_TRUE(log.isExactly({line}));
+        EXPECT_EQ(log.lines()[0].submodule, BREL_SUBMODULE_XML);
+        EXPECT_EQ(log.lines()[0].function, "BRELUtils_getThreadSettingsKindMaskElement");
+        // A flag that is set stays so.
+        BRELUtils_getThreadSettingsKindMaskElement(&mask, "mask", "STDIO", &context);
+        EXPECT_EQ(mask, 2U);
+        EXPECT_NE(context.error, 0);
+    }
+}
+
+TEST_F(ThreadSettingsMask, needsEverythingInAContextToo)
+{
+    const zuv_test::LogCapture log;
+    DDS_ThreadSettingsKindMask mask = kUntouched;
+    DDS_XMLContext contexts[3] = {};
+    BRELUtils_getThreadSettingsKindMaskElement(nullptr, "mask", "STDIO", &contexts[0]);
+    BRELUtils_getThreadSettingsKindMaskElement(&mask, nullptr, "STDIO", &contexts[1]);
+    BRELUtils_getThreadSettingsKindMaskElement(&mask, "mask", nullptr, &contexts[2]);
+    BRELUtils_getThreadSettingsKindMaskElement(&mask, "mask", "STDIO", nullptr);
+    for (const DDS_XMLContext &context : contexts) {
+        EXPECT_NE(context.error, 0);
+    }
+    EXPECT_EQ(mask, kUntouched);
+    EXPECT_TRUE(log.isExactly(
+        {{&ZUV_LOG_PRECONDITION_FAILURE_s, "!meet precondition: mask == ((void *)0)"},
+         {&ZUV_LOG_PRECONDITION_FAILURE_s, "!meet precondition: tagName == ((void *)0)"},
+         {&ZUV_LOG_PRECONDITION_FAILURE_s, "!meet precondition: elementText == ((void *)0)"},
+         {&ZUV_LOG_PRECONDITION_FAILURE_s, "!meet precondition: context == ((void *)0)"}}));
+}
+
 } // namespace

@@ -15,6 +15,7 @@ extern "C" {
 /* What a reader needs to tell of a failure. All zero at first; `error` is set by a failure and stays set. */
 typedef struct DDS_XMLContext {
     int error;
+    int line; /* of what is read, for reports; 0 where nobody knows it */
 } DDS_XMLContext;
 
 /* The number that `text` spells: decimal, or hexadecimal behind "0x", with white space around it; or one of these

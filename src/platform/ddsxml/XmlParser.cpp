@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/ddsxml/ExtensionClass.hpp"
+#include "platform/ddsxml/QosInheritance.hpp"
 #include "platform/ddsxml/XmlLog.hpp"
 #include "platform/ddsxml/XmlObject.hpp"
 #include "platform/osapi/Fault.h"
@@ -86,6 +87,13 @@ ZUVXMLObject *read(const char *text, ZUVXMLObject *existingRoot)
         return nullptr;
     }
     ObjectOwner document = copyOf(tree.get());
+    try {
+        resolveQos(*document, existingRoot);
+    } catch (const BadQos &bad) {
+        ZUV_LOG_TEMPLATE(ZUVXMLUTILS, ZUV_LOG_BIT_EXCEPTION, ZUVXMLUTILS_SUBMODULE_PARSER,
+                         &ZUV_LOG_FAILURE_TEMPLATE, "read %s", bad.reason.c_str());
+        return nullptr;
+    }
     if (existingRoot == nullptr) {
         return document.release();
     }
@@ -148,6 +156,18 @@ void DDS_XMLParser_unregister_extension_class(DDS_XMLParser *self, ZUVXMLExtensi
     if (!ZUV_DDSXML_IS_NULL(self) && !ZUV_DDSXML_IS_NULL(extension)) {
         std::erase(self->extensions, extension);
     }
+}
+
+ZUVXMLExtensionClass *DDS_XMLParser_find_extension_class(const DDS_XMLParser *self,
+                                                         const char *tagName)
+{
+    if (ZUV_DDSXML_IS_NULL(self) || ZUV_DDSXML_IS_NULL(tagName)) {
+        return nullptr;
+    }
+    const auto found =
+        std::find_if(self->extensions.begin(), self->extensions.end(),
+                     [tagName](const ZUVXMLExtensionClass *one) { return one->tag == tagName; });
+    return found != self->extensions.end() ? *found : nullptr;
 }
 
 ZUVXMLObject *ZUVXMLParser_parseFromString(DDS_XMLParser *self, ZUVXMLObject *existingRoot,

@@ -30,6 +30,10 @@ int DDS_XMLParser_register_extension_class(DDS_XMLParser *self, ZUVXMLExtensionC
 /* Forget the class; nothing happens if it is not registered. */
 void DDS_XMLParser_unregister_extension_class(DDS_XMLParser *self, ZUVXMLExtensionClass *extension);
 
+/* The registered class of the tag, or NULL. */
+ZUVXMLExtensionClass *DDS_XMLParser_find_extension_class(const DDS_XMLParser *self,
+                                                         const char *tagName);
+
 /* Read a document with the root "dds", and let the children of its root join `existingRoot`, behind what is
  * there; of a library that is there already by tag and name, the content joins that one. NULL for `existingRoot`
  * makes a tree of its own. Returns the root of the tree; NULL when the document is refused, or there is no

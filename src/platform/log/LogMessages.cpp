@@ -84,8 +84,8 @@ const ZUVLogMessage ZUVXML_LOG_PARSER_PARSE_FAILURE_ds = {kXml + 0,
 const ZUVLogMessage ZUVXML_LOG_PARSER_PARSE_FAILURE_dss = {kXml + 1,
                                                            "!parse line %d: element <%s>: %s\n"};
 const ZUVLogMessage ZUVXML_LOG_PARSER_PARSE_FILE_FAILURE_s = {kXml + 2, "!parse file '%s'\n"};
-const ZUVLogMessage ZUVXML_LOG_PARSER_ILLEGAL_VALUE_ds = {kXml + 3,
-                                                          "!parse line %d: illegal value '%s'\n"};
+const ZUVLogMessage ZUVXML_LOG_PARSER_ILLEGAL_VALUE_ds = {
+    kXml + 3, "!parse line %d: illegal value of '%s'\n"};
 const ZUVLogMessage ZUVXML_LOG_PARSER_UNEXPECTED_ATTRIBUTE_VALUE_FAILURE_ds = {
     kXml + 4, "!parse line %d: unexpected attribute value '%s'\n"};
 const ZUVLogMessage ZUVXML_LOG_PARSER_UNEXPECTED_TAG_FAILURE_ds = {

@@ -76,7 +76,7 @@ extern const ZUVLogMessage ZUVXMLUTILS_LOG_DOCUMENT_FAILURE_sds; /* the same wit
 extern const ZUVLogMessage ZUVXML_LOG_PARSER_PARSE_FAILURE_ds;     /* tag */
 extern const ZUVLogMessage ZUVXML_LOG_PARSER_PARSE_FAILURE_dss;    /* tag; reason */
 extern const ZUVLogMessage ZUVXML_LOG_PARSER_PARSE_FILE_FAILURE_s; /* path */
-extern const ZUVLogMessage ZUVXML_LOG_PARSER_ILLEGAL_VALUE_ds;     /* value */
+extern const ZUVLogMessage ZUVXML_LOG_PARSER_ILLEGAL_VALUE_ds;     /* tag */
 extern const ZUVLogMessage ZUVXML_LOG_PARSER_UNEXPECTED_ATTRIBUTE_VALUE_FAILURE_ds; /* value */
 extern const ZUVLogMessage ZUVXML_LOG_PARSER_UNEXPECTED_TAG_FAILURE_ds;             /* tag */
 
