@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/ddsxml/QosInheritance.hpp"
 #include "platform/ddsxml/XmlLog.hpp"
 
 ZUVXMLObject::~ZUVXMLObject()
@@ -184,6 +185,21 @@ ZUVXMLObject *DDS_XMLObject_lookup(const ZUVXMLObject *self, const char *fullNam
         self = child;
     }
     return nullptr;
+}
+
+const char *DDS_XMLObject_get_fully_qualified_name(ZUVXMLObject *self)
+{
+    if (ZUV_DDSXML_IS_NULL(self)) {
+        return nullptr;
+    }
+    return zuv::xmlutils::withMemory<const char *>(
+        nullptr, [] { ZUV_DDSXML_FAILURE(&ZUV_LOG_GET_FAILURE_s, "full name: out of memory"); },
+        [self] {
+            if (self->fullName.empty()) {
+                self->fullName = zuv::ddsxml::fullNameOf(*self);
+            }
+            return self->fullName.c_str();
+        });
 }
 
 int ZUVXMLObject_removeChild(ZUVXMLObject *self, ZUVXMLObject *child)

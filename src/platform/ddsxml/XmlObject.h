@@ -41,6 +41,10 @@ ZUVXMLObject *DDS_XMLObject_lookup_child(const ZUVXMLObject *self, const char *n
  * does not count. */
 ZUVXMLObject *DDS_XMLObject_lookup(const ZUVXMLObject *self, const char *fullName);
 
+/* "::library::profile": the names on the way from below the root to this element; elements without a name add
+ * nothing. The text lives as long as the element. NULL after a report when there is no memory. */
+const char *DDS_XMLObject_get_fully_qualified_name(ZUVXMLObject *self);
+
 /* Take `child` out of its parent without freeing it. Returns 1, or 0 if `self` does not hold it: then nothing
  * happens. */
 int ZUVXMLObject_removeChild(ZUVXMLObject *self, ZUVXMLObject *child);

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "platform/ddsxml/QosValue.hpp"
 #include "platform/ddsxml/XmlObject.h"
 #include "platform/xmlutils/Memory.hpp"
 #include "platform/xmlutils/Object.h"
@@ -49,6 +50,9 @@ struct ZUVXMLObject {
     ZUVXMLObject *lastChild = nullptr;
     ByName children;
     std::shared_ptr<const zuv::ddsxml::XmlType> type; // that it defines, once that was asked for
+    zuv::xmlutils::HeapPointer<zuv::ddsxml::QosValue>
+        qos;                            // in a library, of an element with that kind of tag
+    zuv::xmlutils::HeapString fullName; // once it was asked for
 
 private:
     ByName::iterator entryOf(ZUVXMLObject *child);
