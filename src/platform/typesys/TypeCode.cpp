@@ -39,6 +39,7 @@ namespace
 
 // Types may refer to themselves through sequences; nothing sensible is deeper than this.
 constexpr unsigned kMaxDepth = 64;
+constexpr unsigned kMaxComparisons = 1'000'000;
 
 void report(DDS_ExceptionCode_t *exception, DDS_ExceptionCode_t code)
 {
@@ -221,40 +222,52 @@ DDS_AnnotationParameterValue defaultOf(const DDS_TypeCode &type)
     }
 }
 
-bool areEquivalent(const DDS_TypeCode &first, const DDS_TypeCode &second, unsigned depth);
-
-bool areEquivalentOrNull(const DDS_TypeCode *first, const DDS_TypeCode *second, unsigned depth)
+// Compares two types, and those that they use each time that they are used. Definitions may come from a stranger, who
+// needs few lines for types that use one another more often than there is time for, so the steps are bounded.
+class Comparison
 {
-    if (first == nullptr || second == nullptr) {
-        return first == second;
+public:
+    bool hasGivenUp() const { return stepsLeft_ == 0; }
+
+    bool areEquivalent(const DDS_TypeCode &first, const DDS_TypeCode &second, unsigned depth)
+    {
+        const DDS_TypeCode &a = *DDS_TypeCode_resolve_alias(&first);
+        const DDS_TypeCode &b = *DDS_TypeCode_resolve_alias(&second);
+        if (&a == &b || depth == 0) {
+            return true;
+        }
+        if (hasGivenUp() || --stepsLeft_ == 0) {
+            return false;
+        }
+        return a.kind == b.kind && a.length == b.length && a.extensibility == b.extensibility &&
+               areEquivalentOrNull(a.content, b.content, depth - 1) &&
+               areEquivalentOrNull(a.base, b.base, depth - 1) &&
+               std::equal(a.members.begin(), a.members.end(), b.members.begin(), b.members.end(),
+                          [this, depth](const DDS_TypeCodeMember &x, const DDS_TypeCodeMember &y) {
+                              return areEquivalentMembers(x, y, depth - 1);
+                          });
     }
-    return areEquivalent(*first, *second, depth);
-}
 
-bool areEquivalentMembers(const DDS_TypeCodeMember &first, const DDS_TypeCodeMember &second,
-                          unsigned depth)
-{
-    return first.id == second.id && first.ordinal == second.ordinal &&
-           first.marks == second.marks && std::strcmp(first.name, second.name) == 0 &&
-           std::ranges::equal(first.labels, second.labels) &&
-           areEquivalentOrNull(first.type, second.type, depth);
-}
-
-bool areEquivalent(const DDS_TypeCode &first, const DDS_TypeCode &second, unsigned depth)
-{
-    const DDS_TypeCode &a = *DDS_TypeCode_resolve_alias(&first);
-    const DDS_TypeCode &b = *DDS_TypeCode_resolve_alias(&second);
-    if (&a == &b || depth == 0) {
-        return true;
+private:
+    bool areEquivalentOrNull(const DDS_TypeCode *first, const DDS_TypeCode *second, unsigned depth)
+    {
+        if (first == nullptr || second == nullptr) {
+            return first == second;
+        }
+        return areEquivalent(*first, *second, depth);
     }
-    return a.kind == b.kind && a.length == b.length && a.extensibility == b.extensibility &&
-           areEquivalentOrNull(a.content, b.content, depth - 1) &&
-           areEquivalentOrNull(a.base, b.base, depth - 1) &&
-           std::equal(a.members.begin(), a.members.end(), b.members.begin(), b.members.end(),
-                      [depth](const DDS_TypeCodeMember &x, const DDS_TypeCodeMember &y) {
-                          return areEquivalentMembers(x, y, depth - 1);
-                      });
-}
+
+    bool areEquivalentMembers(const DDS_TypeCodeMember &first, const DDS_TypeCodeMember &second,
+                              unsigned depth)
+    {
+        return first.id == second.id && first.ordinal == second.ordinal &&
+               first.marks == second.marks && std::strcmp(first.name, second.name) == 0 &&
+               std::ranges::equal(first.labels, second.labels) &&
+               areEquivalentOrNull(first.type, second.type, depth);
+    }
+
+    unsigned stepsLeft_ = kMaxComparisons;
+};
 
 } // namespace
 
@@ -452,7 +465,12 @@ DDS_Boolean DDS_TypeCode_equivalent(const DDS_TypeCode *self, const DDS_TypeCode
         fitting(other, isAnyKind, exception) == nullptr) {
         return DDS_BOOLEAN_FALSE;
     }
-    return areEquivalent(*self, *other, kMaxDepth);
+    Comparison comparison;
+    const bool areEquivalent = comparison.areEquivalent(*self, *other, kMaxDepth);
+    if (comparison.hasGivenUp()) {
+        report(exception, DDS_BOUNDS_USER_EXCEPTION_CODE);
+    }
+    return areEquivalent;
 }
 
 DDS_UnsignedLong DDS_TypeCode_get_native_encapsulation(const DDS_TypeCode *self,

@@ -194,7 +194,8 @@ DDS_AnnotationParameterValue DDS_TypeCode_max_value(const DDS_TypeCode *self,
 
 /* Whether two types are the same one but for their names and those of aliases: equal kinds, bounds,
  * extensibility, and members of equal names, ids, marks and equivalent types in the same order. Two NULL
- * are not equivalent: that, or one NULL, is a bad parameter. */
+ * are not equivalent: that, or one NULL, is a bad parameter. Types that use one another so often that a million
+ * comparisons are not enough are out of bounds, and not equivalent. */
 DDS_Boolean DDS_TypeCode_equivalent(const DDS_TypeCode *self, const DDS_TypeCode *other,
                                     DDS_ExceptionCode_t *exception);
 
