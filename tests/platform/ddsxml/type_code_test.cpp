@@ -540,4 +540,33 @@ TEST_F(XmlTypes, manyTypesAreMadeInTimeAsTheirNumber)
     }
 }
 
+// Sixty types of each family use the one before twice: without a bound, comparing them would not end.
+TEST_F(XmlTypes, comparisonOfWhatUsesItselfTooOftenGivesUp)
+{
+    std::string definitions;
+    for (const std::string family : {"A", "B"}) {
+        definitions += "<struct name='" + family + "0'><member name='x' type='int32'/></struct>";
+        for (int number = 1; number < 60; ++number) {
+            const std::string before =
+                "type='nonBasic' nonBasicTypeName='" + family + std::to_string(number - 1) + "'";
+            definitions += "<struct name='" + family + std::to_string(number) +
+                           "'><member name='a' " + before + "/><member name='b' " + before +
+                           "/></struct>";
+        }
+    }
+    define(definitions);
+    for (const std::string number : {"10", "59"}) { // each is ready when the next one asks
+        for (int step = 0; step <= std::stoi(number); ++step) {
+            typeOf(("A" + std::to_string(step)).c_str());
+            typeOf(("B" + std::to_string(step)).c_str());
+        }
+        DDS_ExceptionCode_t exception = DDS_BAD_PARAM_USER_EXCEPTION_CODE;
+        const bool areEquivalent = DDS_TypeCode_equivalent(
+            typeOf(("A" + number).c_str()), typeOf(("B" + number).c_str()), &exception);
+        EXPECT_EQ(areEquivalent, number == "10");
+        EXPECT_EQ(exception,
+                  number == "10" ? DDS_NO_EXCEPTION_CODE : DDS_BOUNDS_USER_EXCEPTION_CODE);
+    }
+}
+
 } // namespace
