@@ -190,6 +190,15 @@ bool join(BRELCfgFileParser &self, ZUVXMLUTILSObject *document)
     return true;
 }
 
+// The walk over a service. Its first pass took place when the service was loaded; only variables, which a later
+// document may have defined, are a reason for another one.
+int walkService(BRELCfgFileParser &self, ZUVXMLUTILSObject *service)
+{
+    return self._hasNames && !ZUVXMLUTILSObject_mayHoldVariables(service)
+               ? BRELCfgFileParser_initializeExtensionsI(&self, service)
+               : BRELCfgFileParser_initializeExtensionsExt(&self, service);
+}
+
 } // namespace
 
 extern "C" {
@@ -207,6 +216,7 @@ int BRELCfgFileParser_processDom(BRELCfgFileParser *self, ZUVXMLUTILSObject *xml
         }
     }
     ZUVXMLUTILSObject *const document = transformed != nullptr ? transformed.get() : xmlObject;
+    self->_hasNames = 0;
     if (!join(*self, document)) {
         return 0;
     }
@@ -214,6 +224,7 @@ int BRELCfgFileParser_processDom(BRELCfgFileParser *self, ZUVXMLUTILSObject *xml
         transformed.release();
     }
     const int isInitialized = BRELCfgFileParser_initializeExtensionsExt(self, self->_xmlRoot);
+    self->_hasNames = isInitialized;
     if (!isInitialized) {
         // The document that the root leads to goes.
         ZUVXMLUTILSObject_setUserData(self->_xmlRoot, self);
@@ -290,7 +301,7 @@ BRELCfgFileService *BRELCfgFileParser_loadService(BRELCfgFileParser *self, const
         return nullptr;
     }
     const bool isNew = ZUVXMLUTILSObject_getUserData(service) == nullptr;
-    if (!BRELCfgFileParser_initializeExtensionsExt(self, service)) {
+    if (!walkService(*self, service)) {
         BREL_XML_FAILURE_TEXT("initialize parser extensions, service name = %s", serviceName);
         if (isNew) {
             // Records that stayed would make the next call take the service for whole.

@@ -31,6 +31,34 @@ private:
     std::array<char, 257> text_;
 };
 
+// What of a document concerns the side tree, as a document of its own: a transformation takes its time by the
+// whole of what it is given.
+brel::TreePointer excerptOf(const ZUVXMLUTILSObject *document)
+{
+    brel::TreePointer excerpt(ZUVXMLUTILSParser_parseString("<dds/>"));
+    if (excerpt == nullptr) {
+        return nullptr;
+    }
+    for (const ZUVXMLUTILSAttribute *at = ZUVXMLUTILSObject_getFirstAttribute(document);
+         at != nullptr; at = ZUVXMLUTILSAttribute_getNext(at)) {
+        if (!ZUVXMLUTILSObject_setAttribute(excerpt.get(), ZUVXMLUTILSAttribute_getName(at),
+                                            ZUVXMLUTILSAttribute_getValue(at))) {
+            return nullptr;
+        }
+    }
+    for (const char *tag : {"configuration_variables", "types", "qos_library"}) {
+        const ZUVXMLUTILSObject *child = ZUVXMLUTILSObject_getFirstChildWithTag(document, tag);
+        for (; child != nullptr; child = ZUVXMLUTILSObject_getNextSiblingWithTag(child, tag)) {
+            ZUVXMLUTILSObject *const copy = ZUVXMLUTILSObject_copyAsChild(excerpt.get(), child);
+            if (copy == nullptr) {
+                return nullptr;
+            }
+            ZUVXMLUTILSObject_moveToEnd(copy);
+        }
+    }
+    return excerpt;
+}
+
 brel::TreePointer transform(const BRELCfgFileParser &self, ZUVXMLUTILSObject *source,
                             const char *topicFilter)
 {
@@ -41,8 +69,14 @@ brel::TreePointer transform(const BRELCfgFileParser &self, ZUVXMLUTILSObject *so
         {"BREL_XMLSUPPORT_QOS_PROFILE_NAME_PARAM", name.text(), kString},
         {"BREL_XMLSUPPORT_QOS_TOPIC_FILTER_NAME_PARAM", topicFilter, kString},
     };
+    const bool isDocument = brel::hasTag(source, brel::kDocumentTag);
+    const brel::TreePointer excerpt = isDocument ? excerptOf(source) : nullptr;
+    ZUVXMLUTILSObject *const input = isDocument ? excerpt.get() : source;
+    if (input == nullptr) {
+        return nullptr;
+    }
     return brel::TreePointer(ZUVXMLUTILSTransformer_transformWithParams(
-        self._xmlInfrastructure._toQosLibraryTransformer, source, parameters,
+        self._xmlInfrastructure._toQosLibraryTransformer, input, parameters,
         static_cast<int>(std::size(parameters))));
 }
 

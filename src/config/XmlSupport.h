@@ -85,6 +85,7 @@ typedef struct BRELCfgFileParser {
     BRELXmlVariableExpansor _variableExpansor;
     BRELXMLSupportInfrastructure _xmlInfrastructure;
     ZUVXMLUTILSTransformer *_preprocessor; /* owned: the last one that a load used, or NULL */
+    int _hasNames; /* all that the root holds has been through the walk's first pass */
     BRELXmlObjectExtension *_extensionSlots[BREL_XML_SUPPORT_EXTENSION_SLOT_COUNT];
 } BRELCfgFileParser;
 

@@ -100,6 +100,9 @@ int ZUVXMLUTILSObject_isText(const ZUVXMLUTILSObject *self);
 /* The value of the attribute; NULL, and no report, if there is none. */
 const char *ZUVXMLUTILSObject_getAttribute(const ZUVXMLUTILSObject *self, const char *name);
 
+/* 0 if no text or attribute of the whole tree refers to a variable for sure; 1 if one may. */
+int ZUVXMLUTILSObject_mayHoldVariables(const ZUVXMLUTILSObject *self);
+
 /* Set the attribute, which is added if it is missing. The former value is freed. What is set here is the
  * program's: ZUVXMLUTILSUtils_updateObject does not carry it over to another element. 1, or 0 when there is
  * no memory. */

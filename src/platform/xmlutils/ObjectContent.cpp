@@ -58,6 +58,11 @@ int ZUVXMLUTILSObject_isText(const ZUVXMLUTILSObject *self)
            *contentOf(toNode(self)) != '\0';
 }
 
+int ZUVXMLUTILSObject_mayHoldVariables(const ZUVXMLUTILSObject *self)
+{
+    return !ZUV_XML_IS_NULL(OBJECT, self) && documentOf(toNode(self))->mayHoldVariables;
+}
+
 const char *ZUVXMLUTILSObject_getAttribute(const ZUVXMLUTILSObject *self, const char *name)
 {
     if (ZUV_XML_IS_NULL(OBJECT, self) || ZUV_XML_IS_NULL(OBJECT, name) ||

@@ -207,10 +207,12 @@ DocumentPointer parse(std::string_view bytes, const char *path, DocumentKind kin
         scope.parser = parser.get();
         scope.bytes = bytes;
         installHandlers(parser.get(), kind);
+        // XML_PARSE_COMPACT: a short text lies in its node, which saves a block for most values.
         // XML_PARSE_NOENT: references to characters in attributes are resolved at once. There are no other
         // entities, as no document with a DOCTYPE comes as far as here.
-        const int options = XML_PARSE_NONET | XML_PARSE_NOCDATA | XML_PARSE_NOENT |
-                            (kind == DocumentKind::kTree ? XML_PARSE_NOBLANKS : 0);
+        const int options =
+            XML_PARSE_NONET | XML_PARSE_NOCDATA | XML_PARSE_NOENT |
+            (kind == DocumentKind::kTree ? XML_PARSE_NOBLANKS | XML_PARSE_COMPACT : 0);
         document.reset(xmlCtxtReadMemory(parser.get(), bytes.data(), static_cast<int>(bytes.size()),
                                          path, nullptr, options));
         scope.parser = nullptr;

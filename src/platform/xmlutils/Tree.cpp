@@ -1,6 +1,7 @@
 #include "platform/xmlutils/Tree.hpp"
 
 #include <algorithm>
+#include <cstring>
 
 #include <libxml/parser.h>
 #include <libxml/tree.h>
@@ -92,12 +93,23 @@ xmlAttr *addAttribute(xmlNode *node, const char *name)
     return attribute;
 }
 
+// A short text lies in its node, where libxml2 itself puts those of documents.
 NodePointer newText(xmlDoc *document, const char *text)
 {
     const LibraryScope scope;
-    NodePointer node(xmlNewDocText(document, toXml(text)));
-    return scope.isOutOfMemory() ? nullptr : std::move(node);
+    const std::size_t size = std::strlen(text) + 1;
+    const bool isShort = size <= sizeof(xmlNode::properties) + sizeof(xmlNode::nsDef);
+    NodePointer node(xmlNewDocText(document, isShort ? nullptr : toXml(text)));
+    if (node == nullptr || scope.isOutOfMemory()) {
+        return nullptr;
+    }
+    if (isShort) {
+        void *const room = &node->properties;
+        node->content = static_cast<xmlChar *>(std::memcpy(room, text, size));
+    }
+    return node;
 }
+static_assert(offsetof(xmlNode, nsDef) == offsetof(xmlNode, properties) + sizeof(void *));
 
 void linkLast(xmlNode *parent, xmlNode *node)
 {
