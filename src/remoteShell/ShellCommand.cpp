@@ -326,16 +326,21 @@ auto findRow(const Rows &rows, const char *word)
     return row == std::end(rows) ? nullptr : row;
 }
 
+bool copyText(char *&member, const char *text)
+{
+    return !ZUV_OSAPI_FAULT("shell.copy_text") && DDS_String_replace(&member, text) != nullptr;
+}
+
 bool buildRequest(const CommandRow &row, const Command &command, Request &request)
 {
     request.action = row.action;
     if (command.identifier[0] != '\0' &&
-        DDS_String_replace(&request.resource_identifier, command.identifier) == nullptr) {
+        !copyText(request.resource_identifier, command.identifier)) {
         reportFailure(row.identifierFailure);
         return false;
     }
-    if (command.body != nullptr &&
-        DDS_String_replace(&request.string_body, command.body) == nullptr && !row.bodyMayFail) {
+    if (command.body != nullptr && !copyText(request.string_body, command.body) &&
+        !row.bodyMayFail) {
         reportFailure("duplicate string body");
         return false;
     }

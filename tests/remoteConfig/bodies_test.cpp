@@ -245,9 +245,20 @@ TEST_F(Bodies, stateThatFindsNoMemoryIsReported)
     EXPECT_EQ(ZUV_BrelServiceAdminSupport_setStateInReply(&reply_, kPaused), 0);
     EXPECT_EQ(ZUV_BrelServiceAdminSupport_setStateInRequest(&request_, kPaused), 0);
     ZUVOsapiFault_disarm();
-    EXPECT_TRUE(
-        log_.holds({{&ZUV_CDR_LOG_SERIALIZE_FAILURE_s, "!serialize state in reply octet body"}}));
+    for (const char *sample :
+         {"!serialize state in reply octet body", "!serialize state in request octet body"}) {
+        EXPECT_TRUE(log_.holds({{&ZUV_LOG_CREATION_FAILURE_s, "!create CDR buffer for state"},
+                                {&ZUV_CDR_LOG_SERIALIZE_FAILURE_s, sample}}));
+    }
     EXPECT_EQ(log_.texts().back(), "!serialize state in request octet body");
+    EXPECT_EQ(DDS_OctetSeq_get_length(&reply_.octet_body), 0);
+}
+
+TEST_F(Bodies, stateThatIsNoneIsNotSerialized)
+{
+    const auto none = static_cast<ZUV_Service_EntityStateKind>(7);
+    EXPECT_EQ(ZUV_BrelServiceAdminSupport_setStateInReply(&reply_, none), 0);
+    EXPECT_EQ(log_.texts().back(), "!serialize state in reply octet body");
     EXPECT_EQ(DDS_OctetSeq_get_length(&reply_.octet_body), 0);
 }
 

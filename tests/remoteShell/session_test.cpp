@@ -106,6 +106,14 @@ TEST_F(Session, echoesARestOfLineTokenWithItsNewLine)
               lines({"enable S1 domain_route.a b\n \nResult: ok\n", ""}));
 }
 
+TEST_F(Session, readsALineUpToAByteOfZero)
+{
+    using namespace std::string_literals;
+    EXPECT_EQ(play("\0get S1\nget S2\0 x\n"s), lines({"", "get S2 \nResult: ok\n", ""}));
+    ASSERT_EQ(fakeClient().sent.size(), 1u);
+    EXPECT_EQ(fakeClient().sent[0].identifier, "");
+}
+
 TEST_F(Session, refusesOverlongLinesAndReadsTheirRest)
 {
     const std::string longest(4093 - 4, 'x');
