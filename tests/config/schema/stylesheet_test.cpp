@@ -18,7 +18,7 @@ struct TransformerDeleter {
 };
 using Transformer = std::unique_ptr<ZUVXMLUTILSTransformer, TransformerDeleter>;
 
-constexpr const char *kLibrary = "#zuv.brel_service.qos_library";
+#define LIBRARY "#zuv.brel_service.qos_library"
 
 class QosStylesheet : public XmlTest
 {
@@ -39,7 +39,7 @@ protected:
     Tree apply(ZUVXMLUTILSObject *object, const char *topicFilter = "") const
     {
         const ZUVXMLUTILSTransformationParameter parameters[] = {
-            {"BREL_XMLSUPPORT_QOS_LIBRARY_NAME_PARAM", kLibrary,
+            {"BREL_XMLSUPPORT_QOS_LIBRARY_NAME_PARAM", LIBRARY,
              ZUVXMLUTILS_TRANSFORMATION_PARAMETER_STRING},
             {"BREL_XMLSUPPORT_QOS_PROFILE_NAME_PARAM", "0x55d0",
              ZUVXMLUTILS_TRANSFORMATION_PARAMETER_STRING},
@@ -62,9 +62,9 @@ protected:
 
 std::string inLibrary(const std::string &content)
 {
-    const std::string name = std::string("<qos_library name=\"") + kLibrary + "\"";
-    return "<dds>" + (content.empty() ? name + "/>" : name + ">" + content + "</qos_library>") +
-           "</dds>";
+    const std::string start = "<dds><qos_library name=\"" LIBRARY "\"";
+    const std::string end = content.empty() ? "/></dds>" : ">" + content + "</qos_library></dds>";
+    return start + end;
 }
 
 std::string inProfile(const std::string &content)
