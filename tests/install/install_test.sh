@@ -102,6 +102,11 @@ check "pkg-config" bash -c "$(declare -f prints run_consumers by_pkg_config)
     reader_output='$reader_output' engine_output='$engine_output'
     by_pkg_config"
 
+# ---- The schemas ----
+
+check "schemas" xmllint --noout --nonet --schema "$prefix/share/zuvbrelservice/schemas/zuv_brel_service.xsd" \
+    "$(dirname "$0")/../../examples/configurations/complete.xml"
+
 # ---- The shell, its page and its completion ----
 
 options=$({ "$prefix/bin/zuvbsh" -help || true; } | sed -n 's/^ *\(-[A-Za-z]*\).*/\1/p')
