@@ -127,33 +127,26 @@ private:
     // The bases of a profile must be there, and may not lead back.
     void checkBases(const ZUVXMLObject &profile) const
     {
-        HeapString path = fullNameOf(profile);
-        std::size_t depth = 0;
-        for (const ZUVXMLObject *base = baseProfileOf(profile); base != nullptr;
-             base = baseProfileOf(*base)) {
-            path.append(" -> ").append(fullNameOf(*base));
-            if (base == &profile) {
-                refuse(profile, HeapString("its bases go round in a circle: ").append(path));
+        xmlutils::HeapVector<const ZUVXMLObject *> row = {&profile};
+        while (const ZUVXMLObject *const base = baseProfileOf(*row.back())) {
+            const auto start = std::find(row.begin(), row.end(), base);
+            if (start != row.end()) {
+                HeapString path;
+                for (auto step = start; step != row.end(); ++step) {
+                    path.append(fullNameOf(**step)).append(" -> ");
+                }
+                refuseCircle(*base, path.append(fullNameOf(*base)));
             }
-            // A circle that does not hold this profile is met here, and told when its own are checked.
-            if (++depth == kMaxInheritanceDepth) {
-                tellCircleFrom(*base);
+            if (row.size() == kMaxInheritanceDepth) {
                 refuse(profile, "too many bases in a row");
             }
+            row.push_back(base);
         }
     }
 
-    void tellCircleFrom(const ZUVXMLObject &start) const
+    [[noreturn]] static void refuseCircle(const ZUVXMLObject &element, const HeapString &path)
     {
-        HeapString path = fullNameOf(start);
-        const ZUVXMLObject *base = baseProfileOf(start);
-        for (std::size_t step = 0; base != nullptr && step < kMaxInheritanceDepth; ++step) {
-            path.append(" -> ").append(fullNameOf(*base));
-            if (base == &start) {
-                refuse(start, HeapString("its bases go round in a circle: ").append(path));
-            }
-            base = baseProfileOf(*base);
-        }
+        refuse(element, HeapString("its bases go round in a circle: ").append(path));
     }
 
     // The element that a base name leads to.
@@ -229,7 +222,7 @@ private:
         for (const Waiting *one = waiting; one != nullptr; one = one->outer) {
             path.insert(0, fullNameOf(*one->element).append(" -> "));
             if (one->element == &element) {
-                refuse(element, HeapString("its bases go round in a circle: ").append(path));
+                refuseCircle(element, path);
             }
             if (++depth == kMaxInheritanceDepth) {
                 refuse(element, "too many bases in a row");

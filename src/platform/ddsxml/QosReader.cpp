@@ -345,7 +345,8 @@ void readFields(const dds::QosPolicy &table, const ZUVXMLObject &element, void *
                 return std::string_view(field.tag).starts_with(std::string_view(tag));
             });
         if (!isStructure) {
-            refuse({place, structure}, HeapString("there is no '").append(child.tag).append("'"));
+            const std::string_view inner = structure.substr(0, structure.find('.'));
+            refuse({place, inner}, HeapString("there is no '").append(child.tag).append("'"));
         }
         readFields(table, child, policy, place, tag);
     });
