@@ -48,6 +48,8 @@ constexpr Row kRows[] = {
      [](Options &options, std::string_view value) {
          return readNumber(value, options.replySize.emplace());
      }},
+    {"-echo", nullptr, "reply with the body of the request, and tell nothing of it",
+     [](Options &options, std::string_view) { return options.isEcho = true; }},
     {"-first", "<count>",
      "do all that with the first requests only, and answer those behind it at once",
      [](Options &options, std::string_view value) {

@@ -19,6 +19,7 @@ struct Options {
     bool isError = false;
     bool isSilent = false;
     std::optional<std::uint32_t> replySize; // characters
+    bool isEcho = false;                    // goes before all other treatment
     // How many requests are treated so, from the first; those behind it get their account at once.
     std::uint32_t treatedCount = UINT32_MAX;
 };

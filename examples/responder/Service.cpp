@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstring>
 #include <thread>
+#include <utility>
 
 #include "Account.h"
 #include "platform/dds/DomainParticipantFactory.h"
@@ -48,6 +49,9 @@ Service::~Service()
     if (request_ != nullptr) {
         ZUV_Service_Admin_CommandRequestTypeSupport_delete_data(request_);
     }
+    if (reply_ != nullptr) {
+        ZUV_Service_Admin_CommandReplyTypeSupport_delete_data(reply_);
+    }
     if (participant_ != nullptr) {
         DDS_DomainParticipant_delete_contained_entities(participant_);
         DDS_DomainParticipantFactory_delete_participant(DDS_DomainParticipantFactory_get_instance(),
@@ -58,8 +62,9 @@ Service::~Service()
 bool Service::start()
 {
     request_ = ZUV_Service_Admin_CommandRequestTypeSupport_create_data();
+    reply_ = ZUV_Service_Admin_CommandReplyTypeSupport_create_data();
     DDS_DomainParticipantFactory *const factory = DDS_DomainParticipantFactory_get_instance();
-    if (request_ == nullptr || factory == nullptr) {
+    if (request_ == nullptr || reply_ == nullptr || factory == nullptr) {
         return false;
     }
     participant_ = DDS_DomainParticipantFactory_create_participant(
@@ -100,7 +105,7 @@ bool Service::serve(std::chrono::milliseconds patience)
     const DDS_Duration_t wait = toDuration(patience);
     switch (ZUV_BrelServiceAdminReplier_receive_request(replier_, request_, &requestInfo_, &wait)) {
     case DDS_RETCODE_OK:
-        return !requestInfo_.valid_data || treat();
+        return !requestInfo_.valid_data || (options_.isEcho ? echo() : treat());
     case DDS_RETCODE_TIMEOUT:
     case DDS_RETCODE_NO_DATA:
         return true;
@@ -123,21 +128,24 @@ bool Service::treat()
     return reply(options_.replySize ? textOfSize(*options_.replySize) : account, options_.isError);
 }
 
+bool Service::echo()
+{
+    // Without a copy: the next request goes where the last reply was.
+    std::swap(reply_->string_body, request_->string_body);
+    return sendReply();
+}
+
 bool Service::reply(const std::string &text, bool isError)
 {
-    ZUV_Service_Admin_CommandReply *const reply =
-        ZUV_Service_Admin_CommandReplyTypeSupport_create_data();
-    if (reply == nullptr) {
-        return false;
-    }
-    if (isError) {
-        reply->retcode = ZUV_Service_Admin_CommandReplyRetcode_ERROR_RETCODE;
-    }
-    const bool isSent = DDS_String_replace(&reply->string_body, text.c_str()) != nullptr &&
-                        ZUV_BrelServiceAdminReplier_send_reply(
-                            replier_, reply, &requestInfo_.sample_identity) == DDS_RETCODE_OK;
-    ZUV_Service_Admin_CommandReplyTypeSupport_delete_data(reply);
-    return isSent;
+    reply_->retcode = isError ? ZUV_Service_Admin_CommandReplyRetcode_ERROR_RETCODE
+                              : ZUV_Service_Admin_CommandReplyRetcode_OK_RETCODE;
+    return DDS_String_replace(&reply_->string_body, text.c_str()) != nullptr && sendReply();
+}
+
+bool Service::sendReply()
+{
+    return ZUV_BrelServiceAdminReplier_send_reply(replier_, reply_,
+                                                  &requestInfo_.sample_identity) == DDS_RETCODE_OK;
 }
 
 } // namespace responder

@@ -25,20 +25,23 @@ public:
     // Join the domain. False, after reports in the log, on failure.
     bool start();
 
-    // Wait for a request for at most `patience`, tell of it on standard output, and treat it as the options
-    // say. False when the middleware fails.
+    // Wait for a request for at most `patience`, tell of it on standard output unless it is to be echoed, and
+    // treat it as the options say. False when the middleware fails.
     bool serve(std::chrono::milliseconds patience);
 
 private:
     DDS_ContentFilteredTopic *createFilteredTopic();
     bool treat();
+    bool echo();
     bool reply(const std::string &text, bool isError);
+    bool sendReply();
 
     Options options_;
     std::uint32_t requestCount_ = 0;
     DDS_DomainParticipant *participant_ = nullptr;
     ZUV_BrelServiceAdminReplier *replier_ = nullptr;
     ZUV_Service_Admin_CommandRequest *request_ = nullptr;
+    ZUV_Service_Admin_CommandReply *reply_ = nullptr;
     DDS_SampleInfo requestInfo_ = {};
 };
 

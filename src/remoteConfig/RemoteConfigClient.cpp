@@ -21,6 +21,9 @@ constexpr std::size_t kRestingBodySize = BREL_REMOTE_CONFIG_CLIENT_RESTING_BODY_
 // The longest octet body that the shell builds: a resource tag with its terminator.
 constexpr DDS_Long kRestingOctetCount = 256;
 
+// All commands of a client are samples of the instance 0.
+constexpr DDS_Long kInstanceCount = 1;
+
 // A file goes into the body in pieces of this size.
 constexpr std::size_t kFilePieceSize = 255;
 
@@ -260,8 +263,8 @@ int BRELRemoteConfigClient_initialize(BRELRemoteConfigClient *self, int domainId
     self->_replyWaitTimeout.sec = responseTimeoutSec;
     bool isReady = createRequest(self);
     if (isReady) {
-        self->_requester = BRELRemoteConfigClient_createRequesterI(&self->_ddsContext, domainId,
-                                                                   &self->_replyWaitTimeout);
+        self->_requester = BRELRemoteConfigClient_createRequesterI(
+            &self->_ddsContext, domainId, &self->_replyWaitTimeout, kInstanceCount);
         isReady = self->_requester != nullptr;
         if (!isReady) {
             reportFailure("create requester");

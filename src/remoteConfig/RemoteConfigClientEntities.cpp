@@ -98,7 +98,7 @@ bool fillReaderQos(DDS_DomainParticipant *participant, const char *poolBufferMax
 }
 
 bool fillWriterQos(DDS_DomainParticipant *participant, const DDS_Duration_t &replyWaitTimeout,
-                   DDS_DataWriterQos &qos)
+                   DDS_Long maxInstances, DDS_DataWriterQos &qos)
 {
     if (!isOk(DDS_DomainParticipant_get_default_datawriter_qos(participant, &qos),
               "get default dataWriter qos")) {
@@ -106,6 +106,10 @@ bool fillWriterQos(DDS_DomainParticipant *participant, const DDS_Duration_t &rep
     }
     qos.history.kind = DDS_KEEP_ALL_HISTORY_QOS;
     qos.resource_limits.max_samples = kMaxSamples;
+    // With one instance the history is full with the last sample that the window admits, and the middleware asks
+    // for acknowledgement along with it. With more it asks by the clock alone, and a stream of commands would
+    // stand still from one window to the next.
+    qos.resource_limits.max_instances = maxInstances;
     qos.protocol.rtps_reliable_writer.max_send_window_size = kMaxSamples;
     qos.protocol.rtps_reliable_writer.min_send_window_size = kMaxSamples;
     qos.reliability.kind = DDS_RELIABLE_RELIABILITY_QOS;
@@ -150,7 +154,7 @@ bool createGroups(BRELRemoteConfigDdsContext &context)
 
 // What stands at a failure stays in `context` and `requester`.
 bool createEntities(BRELRemoteConfigDdsContext &context, int domainId,
-                    const DDS_Duration_t &replyWaitTimeout,
+                    const DDS_Duration_t &replyWaitTimeout, DDS_Long maxInstances,
                     ZUV_BrelServiceAdminRequester *&requester)
 {
     char poolBufferMaxSize[16];
@@ -160,7 +164,7 @@ bool createEntities(BRELRemoteConfigDdsContext &context, int domainId,
     context._participant = createParticipant(domainId);
     if (context._participant == nullptr ||
         !fillReaderQos(context._participant, poolBufferMaxSize, context._readerQos) ||
-        !fillWriterQos(context._participant, replyWaitTimeout, context._writerQos) ||
+        !fillWriterQos(context._participant, replyWaitTimeout, maxInstances, context._writerQos) ||
         !createGroups(context)) {
         return false;
     }
@@ -197,10 +201,11 @@ bool deleteParticipant(BRELRemoteConfigDdsContext &context)
 
 ZUV_BrelServiceAdminRequester *
 BRELRemoteConfigClient_createRequesterI(BRELRemoteConfigDdsContext *context, int domainId,
-                                        const DDS_Duration_t *replyWaitTimeout)
+                                        const DDS_Duration_t *replyWaitTimeout,
+                                        DDS_Long maxInstances)
 {
     ZUV_BrelServiceAdminRequester *requester = nullptr;
-    if (!createEntities(*context, domainId, *replyWaitTimeout, requester)) {
+    if (!createEntities(*context, domainId, *replyWaitTimeout, maxInstances, requester)) {
         BRELRemoteConfigClient_deleteRequesterI(context, &requester);
         return nullptr;
     }
@@ -230,8 +235,8 @@ ZUV_BrelServiceAdminRequester *BRELRemoteConfigClient_createRequester(int domain
 {
     BRELRemoteConfigDdsContext context = {};
     const DDS_Duration_t replyWaitTimeout = {response_timeout_sec, 0};
-    ZUV_BrelServiceAdminRequester *const requester =
-        BRELRemoteConfigClient_createRequesterI(&context, domainId, &replyWaitTimeout);
+    ZUV_BrelServiceAdminRequester *const requester = BRELRemoteConfigClient_createRequesterI(
+        &context, domainId, &replyWaitTimeout, DDS_LENGTH_UNLIMITED);
     DDS_DataReaderQos_finalize(&context._readerQos);
     DDS_DataWriterQos_finalize(&context._writerQos);
     DDS_TopicQos_finalize(&context._topicQos);

@@ -1,0 +1,239 @@
+// How long a command takes from the client to a service in another process and back, beside an echo of the same octets
+// on the middleware alone, with a wait set on both sides and the same transports and QoS. For a large command the
+// echo has the transports that the middleware has by itself.
+// Both take turns in blocks, so that they meet the same machine. command_round_trip_bench [PAIRS]: how often the
+// services are started anew. Fails when a ratio is above its limit.
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "remoteConfig/RemoteConfigClient.h"
+#include "remoteConfig/RemoteConfigInfrastructure.h"
+#include "support/BareEndpoints.h"
+#include "support/Loopback.h"
+#include "support/Process.h"
+#include "support/Ratio.h"
+
+namespace
+{
+
+using Clock = std::chrono::steady_clock;
+
+constexpr const char *kService = "S1";
+constexpr const char *kEntity = "domain_route.dr1::session.s1";
+constexpr std::chrono::seconds kPatience{10};
+
+struct Case {
+    const char *name;
+    unsigned int payloadSize; // of a serialized request
+    bench::Transports echoTransports;
+    int blockCount; // of a pair of services
+    int blockSize;  // round trips
+    double medianLimit;
+    double tailLimit;
+};
+
+constexpr Case kCases[] = {
+    {"200 B", 200, bench::Transports::kProfile, 10, 250, 1.10, 1.10},
+    {"32 KiB", 32 * 1024, bench::Transports::kProfile, 10, 250, 1.10, 1.10},
+    {"1 MiB, untuned echo", 1024 * 1024, bench::Transports::kUntuned, 2, 50, 0.65, 0.20},
+};
+// Where processes and their memory come to lie changes a round trip too, so services start anew so often.
+constexpr int kPairCount = 8;
+
+// A service in a process of its own, up to the end of the object.
+class Service
+{
+public:
+    explicit Service(const std::vector<std::string> &command) : process_(command)
+    {
+        if (!process_.waitForOutput("ready\n")) {
+            bench::giveUp(command.front() + " did not start: " + process_.errors());
+        }
+    }
+
+private:
+    zuv_test::Process process_;
+};
+
+class Commands
+{
+public:
+    explicit Commands(unsigned int payloadSize)
+        : service_({RESPONDER, "-domainId", std::to_string(zuv_test::loopbackDomainId()), "-name",
+                    kService, "-echo"}),
+          client_(BRELRemoteConfigClient_new(zuv_test::loopbackDomainId(),
+                                             static_cast<int>(kPatience.count()))),
+          reply_(ZUV_Service_Admin_CommandReplyTypeSupport_create_data())
+    {
+        if (client_ == nullptr || reply_ == nullptr) {
+            bench::giveUp("no client");
+        }
+        request_.action = ZUV_Service_Admin_CommandActionKind_UPDATE_ACTION;
+        request_.resource_identifier = const_cast<char *>(kEntity);
+        request_.application_name = const_cast<char *>(kService);
+        request_.string_body = const_cast<char *>("");
+        body_.assign(payloadSize - requestSize(), 'x');
+        request_.string_body = body_.data();
+        waitForService();
+    }
+    ~Commands()
+    {
+        ZUV_Service_Admin_CommandReplyTypeSupport_delete_data(reply_);
+        BRELRemoteConfigClient_delete(client_);
+    }
+    Commands(const Commands &) = delete;
+    Commands &operator=(const Commands &) = delete;
+
+    unsigned int requestSize() const
+    {
+        unsigned int size = 0;
+        ZUV_Service_Admin_CommandRequestPlugin_serialize_to_cdr_buffer(nullptr, &size, &request_);
+        return size;
+    }
+    unsigned int replySize() const
+    {
+        unsigned int size = 0;
+        ZUV_Service_Admin_CommandReplyPlugin_serialize_to_cdr_buffer(nullptr, &size, reply_);
+        return size;
+    }
+
+    void roundTrip()
+    {
+        if (!send()) {
+            bench::giveUp("a command got no reply");
+        }
+    }
+    // Whether the last reply brought back what was sent.
+    bool isIntact() const { return body_ == reply_->string_body; }
+
+private:
+    bool send()
+    {
+        return BRELRemoteConfigClient_sendCommandRequest(client_, reply_, kService, &request_, 1);
+    }
+
+    void waitForService()
+    {
+        const auto end = Clock::now() + kPatience;
+        while (!BRELRemoteConfigClient_hasMatchingServer(client_)) {
+            if (Clock::now() > end) {
+                bench::giveUp("the service was not found");
+            }
+        }
+        roundTrip();
+    }
+
+    Service service_;
+    BRELRemoteConfigClient *client_;
+    ZUV_Service_Admin_CommandReply *reply_;
+    std::string body_;
+    ZUV_Service_Admin_CommandRequest request_ = {}; // a description: its texts are borrowed
+};
+
+class Echoes
+{
+public:
+    Echoes(unsigned int requestSize, unsigned int replySize, bench::Transports transports)
+        : service_(command(replySize, transports)),
+          endpoints_(zuv_test::loopbackDomainId(), bench::Side::kAsking, transports),
+          request_(requestSize, 'x'), replySize_(replySize)
+    {
+        if (!endpoints_.waitForMatch(kPatience)) {
+            bench::giveUp("the bare service was not found");
+        }
+        roundTrip();
+    }
+
+    void roundTrip()
+    {
+        endpoints_.write(request_);
+        if (!endpoints_.receive(reply_, kPatience)) {
+            bench::giveUp("a bare sample got no reply");
+        }
+    }
+    bool isIntact() const
+    {
+        // The middleware fills up to a multiple of four octets.
+        return reply_.size() == (replySize_ + 3) / 4 * 4 &&
+               std::memcmp(reply_.data(), request_.data(), replySize_) == 0;
+    }
+
+private:
+    static std::vector<std::string> command(unsigned int replySize, bench::Transports transports)
+    {
+        std::vector<std::string> words = {BARE_ECHO, std::to_string(zuv_test::loopbackDomainId()),
+                                          std::to_string(replySize)};
+        if (transports == bench::Transports::kUntuned) {
+            words.emplace_back("untuned");
+        }
+        return words;
+    }
+
+    Service service_;
+    bench::BareEndpoints endpoints_;
+    bench::Octets request_;
+    bench::Octets reply_;
+    unsigned int replySize_;
+};
+
+// One block of round trips, in microseconds, behind some that warm up.
+template <typename Road>
+void measureBlock(Road &road, int count, std::vector<double> &times)
+{
+    for (int warmUp = 0; warmUp < std::max(1, count / 25); ++warmUp) {
+        road.roundTrip();
+    }
+    for (int index = 0; index < count; ++index) {
+        const auto start = Clock::now();
+        road.roundTrip();
+        times.push_back(std::chrono::duration<double, std::micro>(Clock::now() - start).count());
+    }
+    if (!road.isIntact()) {
+        bench::giveUp("a reply differs from what was sent");
+    }
+}
+
+void measurePair(const Case &it, std::vector<double> &ours, std::vector<double> &bare)
+{
+    Commands commands(it.payloadSize);
+    Echoes echoes(commands.requestSize(), commands.replySize(), it.echoTransports);
+    std::vector<double> thrownAway;
+    measureBlock(commands, it.blockSize, thrownAway);
+    measureBlock(echoes, it.blockSize, thrownAway);
+    for (int block = 0; block < it.blockCount; ++block) {
+        measureBlock(commands, it.blockSize, ours);
+        measureBlock(echoes, it.blockSize, bare);
+    }
+}
+
+bool compare(const Case &it, int pairCount)
+{
+    std::vector<double> ours;
+    std::vector<double> bare;
+    for (int pair = 0; pair < pairCount; ++pair) {
+        measurePair(it, ours, bare);
+    }
+    const std::string what = it.name;
+    const bool isFast = bench::printRatio(what + ", median", "us", bench::median(ours),
+                                          bench::median(bare), it.medianLimit);
+    const bool isSteady = bench::printRatio(what + ", p99", "us", bench::percentile(ours, 99),
+                                            bench::percentile(bare, 99), it.tailLimit);
+    return isFast && isSteady;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const int pairCount = argc > 1 ? std::max(1, std::atoi(argv[1])) : kPairCount;
+    bench::printTitle("round trip", "command", "echo");
+    bool isGood = true;
+    for (const Case &it : kCases) {
+        isGood = compare(it, pairCount) && isGood;
+    }
+    return isGood ? EXIT_SUCCESS : EXIT_FAILURE;
+}
