@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <initializer_list>
 #include <memory>
 #include <vector>
 
@@ -47,6 +48,24 @@ private:
     void *value_;
 };
 
+// The same octets as the payload of a key alone.
+inline void feedKey(const DDS_TypeCode &type, const std::vector<std::uint8_t> &payload)
+{
+    const Sample sample(type);
+    ZUVKeyHash hash;
+    if (payload.empty() ||
+        !ZUVCodec_deserializeKey(&type, sample.get(), payload.data(),
+                                 static_cast<DDS_UnsignedLong>(payload.size()))) {
+        return;
+    }
+    require(ZUVCodec_getKeyHash(&type, sample.get(), &hash));
+    std::vector<std::uint8_t> written(ZUVCodec_getKeyMaxSize(&type, DDS_BOOLEAN_TRUE));
+    DDS_UnsignedLong length = 0;
+    require(ZUVCodec_serializeKey(&type, sample.get(), written.data(),
+                                  static_cast<DDS_UnsignedLong>(written.size()), &length) &&
+            length <= written.size());
+}
+
 inline void feed(const DDS_TypeCode &type, const std::uint8_t *data, std::size_t size)
 {
     DDSLog_g_instrumentationMask = 0; // refusals are many and expected
@@ -64,7 +83,8 @@ inline void feed(const DDS_TypeCode &type, const std::uint8_t *data, std::size_t
                                              static_cast<DDS_UnsignedLong>(payload.size()))));
         ZUVOsapiHeapStatistics atEnd;
         ZUVOsapiHeap_getStatistics(&atEnd);
-        require(atEnd.liveByteCount <= atStart.liveByteCount + size);
+        // An element that is all missing takes four octets, and its record in memory some more.
+        require(atEnd.liveByteCount <= atStart.liveByteCount + 8 * size);
         if (isRead) {
             std::vector<std::uint8_t> written(
                 ZUVCodec_getSize(&type, DDS_BOOLEAN_TRUE, sample.get()));
@@ -79,10 +99,20 @@ inline void feed(const DDS_TypeCode &type, const std::uint8_t *data, std::size_t
             require(ZUVSample_copy(&type, copy.get(), sample.get()));
             require(ZUVSample_equals(&type, sample.get(), copy.get()));
         }
+        feedKey(type, payload);
     }
     ZUVOsapiHeapStatistics after;
     ZUVOsapiHeap_getStatistics(&after);
     require(after.liveBlockCount == before.liveBlockCount);
+}
+
+// The first octet chooses one of the types, the others are the payload.
+inline void feedOneOf(std::initializer_list<const DDS_TypeCode *> types, const std::uint8_t *data,
+                      std::size_t size)
+{
+    if (size > 0) {
+        feed(*types.begin()[data[0] % types.size()], data + 1, size - 1);
+    }
 }
 
 } // namespace zuv_fuzz

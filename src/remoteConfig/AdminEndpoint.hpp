@@ -145,17 +145,14 @@ DDS_ReturnCode_t loanOrCopySamples(ZUV_Talvane_EntityUntypedImpl *impl, DDS_Retu
     return DDS_RETCODE_OK;
 }
 
-// Get samples into the caller's sequences.
+// Get samples for the caller's sequence, which is to be completed then.
 template <typename Type, typename Get>
-DDS_ReturnCode_t getSamples(ZUV_Talvane_EntityUntypedImpl *impl, Get get,
-                            typename Type::Sequence *sequence, DDS_SampleInfoSeq *infos,
-                            DDS_Long maxCount)
+DDS_ReturnCode_t getSamples(Get get, Samples &samples, typename Type::Sequence *sequence,
+                            DDS_SampleInfoSeq *infos, DDS_Long maxCount)
 {
-    Samples samples;
     const Destination destination = {Type::getBuffer(sequence), Type::getLength(sequence),
                                      Type::getMaximum(sequence), Type::hasOwnership(sequence)};
-    const DDS_ReturnCode_t code = get(samples, destination, infos, maxCount);
-    return loanOrCopySamples<Type>(impl, code, sequence, samples, infos);
+    return get(samples, destination, infos, maxCount);
 }
 
 // The two steps of a receive operation. `wait` and `take` give return codes.

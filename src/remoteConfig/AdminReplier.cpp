@@ -40,8 +40,10 @@ DDS_ReturnCode_t getRequests(Replier *self, RequestSeq *requests, DDS_SampleInfo
     if (isAnyMissing({{self, "self"}, {requests, "requests is NULL"}}, function)) {
         return DDS_RETCODE_BAD_PARAMETER;
     }
-    const DDS_ReturnCode_t code = getSamples<RequestType>(
-        self->parent._impl, makeGetter(self, take), requests, infos, maxCount);
+    Samples samples;
+    DDS_ReturnCode_t code =
+        getSamples<RequestType>(makeGetter(self, take), samples, requests, infos, maxCount);
+    code = loanOrCopySamples<RequestType>(self->parent._impl, code, requests, samples, infos);
     if (code != DDS_RETCODE_OK && code != DDS_RETCODE_NO_DATA) {
         report(DDS_LOG_BAD_PARAMETER_s, "error loan or copying data", function);
     }

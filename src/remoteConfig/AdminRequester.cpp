@@ -42,8 +42,11 @@ DDS_ReturnCode_t getReplies(Requester *self, ReplySeq *replies, DDS_SampleInfoSe
     if (isAnyMissing({{self, "self"}, {replies, "replies"}, {infos, "info_seq"}}, function)) {
         return DDS_RETCODE_BAD_PARAMETER;
     }
-    return reported(getSamples<ReplyType>(self->parent._impl, makeGetter(self, related, take),
-                                          replies, infos, maxCount),
+    Samples samples;
+    const DDS_ReturnCode_t code =
+        getSamples<ReplyType>(makeGetter(self, related, take), samples, replies, infos, maxCount);
+    return reported(ZUV_BrelServiceAdminRequester_loan_or_copy_samplesI(
+                        self, code, replies, samples.isLoan, samples.data, samples.count, infos),
                     DDS_RETCODE_NO_DATA, "copy data", function);
 }
 
@@ -145,6 +148,15 @@ DDS_ReturnCode_t ZUV_BrelServiceAdminRequester_read_reply(ZUV_BrelServiceAdminRe
                                                           DDS_SampleInfo *sample_info)
 {
     return getReply(self, reply, sample_info, nullptr, DDS_BOOLEAN_FALSE);
+}
+
+DDS_ReturnCode_t ZUV_BrelServiceAdminRequester_loan_or_copy_samplesI(
+    ZUV_BrelServiceAdminRequester *self, DDS_ReturnCode_t code,
+    ZUV_Service_Admin_CommandReplySeq *replies, DDS_Boolean is_loan, void **data, DDS_Long count,
+    DDS_SampleInfoSeq *info_seq)
+{
+    return loanOrCopySamples<ReplyType>(self->parent._impl, code, replies, {data, count, is_loan},
+                                        info_seq);
 }
 
 DDS_ReturnCode_t ZUV_BrelServiceAdminRequester_take_replies_for_related_request(

@@ -73,6 +73,15 @@ ZUV_BrelServiceAdminRequester_read_replies(ZUV_BrelServiceAdminRequester *self,
                                            ZUV_Service_Admin_CommandReplySeq *replies,
                                            DDS_SampleInfoSeq *info_seq, DDS_Long max_reply_count);
 
+/* The second step of those, for use within this module: complete `replies` after a get that gave `code`. The
+ * `count` samples of `data` go into the sequence as a loan, or only its length is set when they were copied
+ * into its elements. A loan that the sequence refuses goes back, and the result is DDS_RETCODE_ERROR; without
+ * data the length becomes 0; any other code passes through. NULL is not allowed. */
+DDS_ReturnCode_t ZUV_BrelServiceAdminRequester_loan_or_copy_samplesI(
+    ZUV_BrelServiceAdminRequester *self, DDS_ReturnCode_t code,
+    ZUV_Service_Admin_CommandReplySeq *replies, DDS_Boolean is_loan, void **data, DDS_Long count,
+    DDS_SampleInfoSeq *info_seq);
+
 /* Wait at most `max_wait` for a reply to any request, then take it. */
 DDS_ReturnCode_t ZUV_BrelServiceAdminRequester_receive_reply(ZUV_BrelServiceAdminRequester *self,
                                                              ZUV_Service_Admin_CommandReply *reply,

@@ -11,6 +11,7 @@
 #include "platform/osapi/Heap.h"
 #include "platform/typesys/Decoder.hpp"
 #include "platform/typesys/Encoder.hpp"
+#include "platform/typesys/Sample.h"
 #include "platform/typesys/WireSize.hpp"
 
 namespace
@@ -368,5 +369,6 @@ DDS_Boolean ZUVCodec_serializeToCdrBuffer(const DDS_TypeCode *type, char *buffer
 DDS_Boolean ZUVCodec_deserializeFromCdrBuffer(const DDS_TypeCode *type, void *sample,
                                               const char *buffer, unsigned int length)
 {
+    ZUVSample_finalizeOptionalMembers(type, sample, DDS_BOOLEAN_TRUE);
     return ZUVCodec_deserialize(type, sample, reinterpret_cast<const DDS_Octet *>(buffer), length);
 }

@@ -75,7 +75,9 @@ DDS_Boolean ZUVCodec_hasKey(const DDS_TypeCode *type);
 
 /* The two-step form: with a NULL buffer the size goes to `*length` and the result tells whether it is above
  * 0; otherwise `*length` is the capacity on entry and the size on return. False for a NULL `length` and for
- * a representation that the type does not allow. */
+ * a representation that the type does not allow.
+ *
+ * Reading releases the optional members of the sample first, also when the payload is refused then. */
 DDS_Boolean ZUVCodec_serializeToCdrBuffer(const DDS_TypeCode *type, char *buffer,
                                           unsigned int *length, const void *sample,
                                           DDS_DataRepresentationId_t representation);

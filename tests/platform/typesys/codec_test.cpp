@@ -606,6 +606,19 @@ TEST(CdrBuffer, TellsItsSizeFirst)
     EXPECT_EQ(decoded.b, 2);
 }
 
+TEST(CdrBuffer, ReleasesOptionalMembersBeforeItReads)
+{
+    const LogCapture log;
+    ZUV_TEST_SAMPLE(TestNewer, sample);
+    sample->a = 5;
+    DDS_String_replace(&sample->note, "left over");
+    const char refused[] = {0, 9, 0, 0, 99, 0, 0, 0};
+    EXPECT_FALSE(TestNewerPlugin_deserialize_from_cdr_buffer(&sample, refused, sizeof(refused)));
+    EXPECT_EQ(sample->note, nullptr);
+    EXPECT_EQ(sample->a, 5);
+    EXPECT_FALSE(TestNewerPlugin_deserialize_from_cdr_buffer(nullptr, refused, sizeof(refused)));
+}
+
 TEST(CdrBuffer, RefusesNoLengthTooSmallABufferAndAnotherRepresentation)
 {
     const LogCapture log;
