@@ -9,6 +9,8 @@
 struct ZUVXMLExtensionClass {
     std::string_view tag; // a text that lives as long as the process
     ZUV_DL_XMLConfigErrorFcn onError;
+    // Give the element what it says. Throws BadQos and std::bad_alloc.
+    void (*read)(ZUVXMLObject &element);
 };
 
 #endif

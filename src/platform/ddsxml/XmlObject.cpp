@@ -83,6 +83,7 @@ ObjectOwner copyOf(const ZUVXMLUTILSObject *element)
     ObjectOwner copy(xmlutils::heapNew<ZUVXMLObject>());
     copy->tag = ZUVXMLUTILSObject_getTagName(element);
     copy->name = ZUVXMLUTILSObject_getName(element);
+    copy->line = ZUVXMLUTILSObject_getLine(element);
     for (const ZUVXMLUTILSAttribute *at = ZUVXMLUTILSObject_getFirstAttribute(element);
          at != nullptr; at = ZUVXMLUTILSAttribute_getNext(at)) {
         copy->attributes.push_back(

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "platform/ddsxml/DistLogger.h"
 #include "platform/ddsxml/QosValue.hpp"
 #include "platform/ddsxml/XmlObject.h"
 #include "platform/xmlutils/Memory.hpp"
@@ -42,6 +43,7 @@ struct ZUVXMLObject {
     zuv::xmlutils::HeapString tag;
     zuv::xmlutils::HeapString name;
     zuv::xmlutils::HeapString text;
+    int line = 0; // in the text that was read
     zuv::xmlutils::HeapVector<Attribute> attributes;
     ZUVXMLObject *parent = nullptr;
     ZUVXMLObject *previous = nullptr;
@@ -51,8 +53,9 @@ struct ZUVXMLObject {
     ByName children;
     std::shared_ptr<const zuv::ddsxml::XmlType> type; // that it defines, once that was asked for
     zuv::xmlutils::HeapPointer<zuv::ddsxml::QosValue>
-        qos;                            // in a library, of an element with that kind of tag
-    zuv::xmlutils::HeapString fullName; // once it was asked for
+        qos; // in a library, of an element with that kind of tag
+    zuv::xmlutils::HeapPointer<ZUV_DL_Options> loggerOptions; // of a "distributed_logger"
+    zuv::xmlutils::HeapString fullName;                       // once it was asked for
 
 private:
     ByName::iterator entryOf(ZUVXMLObject *child);

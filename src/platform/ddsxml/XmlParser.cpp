@@ -10,6 +10,7 @@
 #include "platform/xmlutils/Parser.h"
 
 using namespace zuv::ddsxml;
+using zuv::xmlutils::HeapString;
 using zuv::xmlutils::HeapVector;
 
 struct DDS_XMLParser {
@@ -74,7 +75,25 @@ void join(ZUVXMLObject &root, ZUVXMLObject &document)
     });
 }
 
-ZUVXMLObject *read(const char *text, ZUVXMLObject *existingRoot)
+// What the library holds beyond the middleware's own elements. Throws BadQos after telling the class.
+void readExtensions(const DDS_XMLParser &self, ZUVXMLObject &library)
+{
+    forEachChild(library, [&](ZUVXMLObject &element) {
+        const ZUVXMLExtensionClass *const extension =
+            DDS_XMLParser_find_extension_class(&self, element.tag.c_str());
+        if (extension == nullptr) {
+            return;
+        }
+        try {
+            extension->read(element);
+        } catch (const BadQos &bad) {
+            extension->onError(bad.reason.c_str(), "parse", element.line);
+            throw BadQos{HeapString(element.tag).append(" ").append(bad.reason)};
+        }
+    });
+}
+
+ZUVXMLObject *read(const DDS_XMLParser &self, const char *text, ZUVXMLObject *existingRoot)
 {
     const TreePointer tree(ZUVXMLUTILSParser_parseString(text));
     if (tree == nullptr) {
@@ -88,6 +107,11 @@ ZUVXMLObject *read(const char *text, ZUVXMLObject *existingRoot)
     }
     ObjectOwner document = copyOf(tree.get());
     try {
+        forEachChild(*document, [&](ZUVXMLObject &child) {
+            if (isLibrary(child)) {
+                readExtensions(self, child);
+            }
+        });
         resolveQos(*document, existingRoot);
     } catch (const BadQos &bad) {
         ZUV_LOG_TEMPLATE(ZUVXMLUTILS, ZUV_LOG_BIT_EXCEPTION, ZUVXMLUTILS_SUBMODULE_PARSER,
@@ -177,7 +201,7 @@ ZUVXMLObject *ZUVXMLParser_parseFromString(DDS_XMLParser *self, ZUVXMLObject *ex
         return nullptr;
     }
     return reported<ZUVXMLObject *>(nullptr, "parse profiles",
-                                    [&] { return read(text, existingRoot); });
+                                    [&] { return read(*self, text, existingRoot); });
 }
 
 void DDS_XMLParser_free_dom(DDS_XMLParser *self, ZUVXMLObject *object)
