@@ -244,17 +244,19 @@ const Documents kParts[] = {
      "</input_connection_name><input_type_name>T</input_type_name></output_transformation>",
      "<output_transformation>\n<output_type_name>T</output_type_name></output_transformation>",
      "line 2: element <output_type_name>: This element is not expected."},
-    {"<input_transformation_update plugin_name='l::t'><property/></input_transformation_update>",
-     "<input_transformation_update name='t'/>",
-     "line 1: element <input_transformation_update>: attribute 'name': The attribute 'name' is not "
+    {"<input_transformation_update name='t' "
+     "plugin_name='l::t'><property/></input_transformation_update>",
+     "<input_transformation_update plugin='l::t'/>",
+     "line 1: element <input_transformation_update>: attribute 'plugin': The attribute 'plugin' is "
+     "not "
      "allowed."},
     {"<output_transformation_update "
      "plugin_name='l::t'><input_type_name/></output_transformation_update>",
      "<output_transformation_update enabled='1'/>",
      "line 1: element <output_transformation_update>: attribute 'enabled': The attribute 'enabled' "
      "is not allowed."},
-    {"<route><processor/></route>", "<route>\n<processor name='p'/></route>",
-     "line 2: element <processor>: attribute 'name': The attribute 'name' is not allowed."},
+    {"<route><processor name='p'/></route>", "<route>\n<processor enabled='1'/></route>",
+     "line 2: element <processor>: attribute 'enabled': The attribute 'enabled' is not allowed."},
     {"<route><processor><property/></processor></route>",
      "<route><processor>\n<element/></processor></route>",
      "line 2: element <element>: This element is not expected."},
