@@ -263,9 +263,9 @@ int BRELRemoteConfigClient_initialize(BRELRemoteConfigClient *self, int domainId
     self->_replyWaitTimeout.sec = responseTimeoutSec;
     bool isReady = createRequest(self);
     if (isReady) {
-        self->_requester = BRELRemoteConfigClient_createRequesterI(
-            &self->_ddsContext, domainId, &self->_replyWaitTimeout, kInstanceCount);
-        isReady = self->_requester != nullptr;
+        isReady = BRELRemoteConfigClient_createRequesterI(&self->_ddsContext, domainId,
+                                                          &self->_replyWaitTimeout, kInstanceCount,
+                                                          &self->_requester) != 0;
         if (!isReady) {
             reportFailure("create requester");
         }

@@ -86,13 +86,14 @@ void BRELRemoteConfigClient_deleteRequester(ZUV_BrelServiceAdminRequester *reque
 /* The steps of the above that stand in another file.
  *
  * createRequesterI fills `context`, a record of zeros, for requests of `maxInstances` instances (or
- * DDS_LENGTH_UNLIMITED). On failure it returns NULL and releases what it made.
+ * DDS_LENGTH_UNLIMITED), and stores the requester at `*requester`, which is NULL. Returns 1, or 0 with what
+ * it made deleted; what cannot be deleted stays in `context` and `*requester`, for another try.
  * deleteRequesterI deletes `*requester`, unless it is NULL, and what `context` holds, clearing each pointer
  * whose entity is gone. Returns 1, or 0 at the first entity that cannot be deleted. */
-ZUV_BrelServiceAdminRequester *
-BRELRemoteConfigClient_createRequesterI(BRELRemoteConfigDdsContext *context, int domainId,
-                                        const DDS_Duration_t *replyWaitTimeout,
-                                        DDS_Long maxInstances);
+int BRELRemoteConfigClient_createRequesterI(BRELRemoteConfigDdsContext *context, int domainId,
+                                            const DDS_Duration_t *replyWaitTimeout,
+                                            DDS_Long maxInstances,
+                                            ZUV_BrelServiceAdminRequester **requester);
 int BRELRemoteConfigClient_deleteRequesterI(BRELRemoteConfigDdsContext *context,
                                             ZUV_BrelServiceAdminRequester **requester);
 

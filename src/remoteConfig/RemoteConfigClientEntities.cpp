@@ -199,17 +199,16 @@ bool deleteParticipant(BRELRemoteConfigDdsContext &context)
 
 } // namespace
 
-ZUV_BrelServiceAdminRequester *
-BRELRemoteConfigClient_createRequesterI(BRELRemoteConfigDdsContext *context, int domainId,
-                                        const DDS_Duration_t *replyWaitTimeout,
-                                        DDS_Long maxInstances)
+int BRELRemoteConfigClient_createRequesterI(BRELRemoteConfigDdsContext *context, int domainId,
+                                            const DDS_Duration_t *replyWaitTimeout,
+                                            DDS_Long maxInstances,
+                                            ZUV_BrelServiceAdminRequester **requester)
 {
-    ZUV_BrelServiceAdminRequester *requester = nullptr;
-    if (!createEntities(*context, domainId, *replyWaitTimeout, maxInstances, requester)) {
-        BRELRemoteConfigClient_deleteRequesterI(context, &requester);
-        return nullptr;
+    if (!createEntities(*context, domainId, *replyWaitTimeout, maxInstances, *requester)) {
+        BRELRemoteConfigClient_deleteRequesterI(context, requester);
+        return 0;
     }
-    return requester;
+    return 1;
 }
 
 int BRELRemoteConfigClient_deleteRequesterI(BRELRemoteConfigDdsContext *context,
@@ -235,12 +234,14 @@ ZUV_BrelServiceAdminRequester *BRELRemoteConfigClient_createRequester(int domain
 {
     BRELRemoteConfigDdsContext context = {};
     const DDS_Duration_t replyWaitTimeout = {response_timeout_sec, 0};
-    ZUV_BrelServiceAdminRequester *const requester = BRELRemoteConfigClient_createRequesterI(
-        &context, domainId, &replyWaitTimeout, DDS_LENGTH_UNLIMITED);
+    ZUV_BrelServiceAdminRequester *requester = nullptr;
+    const bool isMade =
+        BRELRemoteConfigClient_createRequesterI(&context, domainId, &replyWaitTimeout,
+                                                DDS_LENGTH_UNLIMITED, &requester) != 0;
     DDS_DataReaderQos_finalize(&context._readerQos);
     DDS_DataWriterQos_finalize(&context._writerQos);
     DDS_TopicQos_finalize(&context._topicQos);
-    return requester;
+    return isMade ? requester : nullptr;
 }
 
 void BRELRemoteConfigClient_deleteRequester(ZUV_BrelServiceAdminRequester *requester)

@@ -3,6 +3,8 @@
 #include <chrono>
 #include <cstdio>
 #include <functional>
+#include <initializer_list>
+#include <set>
 #include <string>
 #include <thread>
 
@@ -59,6 +61,21 @@ protected:
         return injected;
     }
 
+    // All texts of the reports of a sweep: each step is to have failed once, and to have said so.
+    void noteTexts()
+    {
+        for (const std::string &text : log_.texts()) {
+            noted_.insert(text);
+        }
+    }
+
+    void expectNoted(std::initializer_list<std::string> texts)
+    {
+        for (const std::string &text : texts) {
+            EXPECT_TRUE(noted_.contains(text)) << text;
+        }
+    }
+
     std::string report(unsigned count)
     {
         std::string text = "fault " + std::to_string(count) + ":";
@@ -71,6 +88,7 @@ protected:
     BRELRemoteConfigClient client_ = {};
     ZUV_Service_Admin_CommandReply reply_;
     zuv_test::LogCapture log_;
+    std::set<std::string> noted_;
 };
 
 TEST_P(FaultSweep, initializeSucceedsOrReportsAndLeavesNothing)
@@ -86,6 +104,7 @@ TEST_P(FaultSweep, initializeSucceedsOrReportsAndLeavesNothing)
         const zuv_test::HeapCheck heap;
         int result = -1;
         const unsigned injected = underFault(count, [&] { result = initialize(); });
+        noteTexts();
         if (result == 0) {
             ++failures;
             ASSERT_FALSE(log_.lines().empty()) << "fault " << count;
@@ -107,6 +126,13 @@ TEST_P(FaultSweep, initializeSucceedsOrReportsAndLeavesNothing)
         }
     }
     EXPECT_GT(failures, 10u);
+    expectNoted(
+        {"!create request buffer", "!create request's string body buffer",
+         "!get default participant qos - Return code = 5", "!set participant name",
+         "!set service version", "!create participant",
+         "!get default dataReader qos - Return code = 5", "!set Memory manager fast pool property",
+         "!get default dataWriter qos - Return code = 5", "!create publisher", "!create subscriber",
+         "!create ZUV_BrelServiceAdminRequester", "!enable participant", "!create requester"});
 }
 
 TEST_P(FaultSweep, finalizeSucceedsOrReportsAndCanBeRepeated)
@@ -116,6 +142,7 @@ TEST_P(FaultSweep, finalizeSucceedsOrReportsAndCanBeRepeated)
         ASSERT_EQ(initialize(), 1);
         const unsigned injected =
             underFault(count, [&] { BRELRemoteConfigClient_finalize(&client_); });
+        noteTexts();
         if (client_._request != nullptr) {
             EXPECT_EQ(log_.texts().back(), "!delete connection") << report(count);
             EXPECT_GE(log_.lines().size(), 2u);
@@ -129,6 +156,8 @@ TEST_P(FaultSweep, finalizeSucceedsOrReportsAndCanBeRepeated)
             break;
         }
     }
+    expectNoted({"!delete ZUV_BrelServiceAdminRequester", "!delete participant contained entities",
+                 "!delete participant", "!delete connection"});
 }
 
 TEST_P(FaultSweep, everyCommandSucceedsOrReportsAndTheNextOneWorks)
@@ -177,6 +206,7 @@ TEST_P(FaultSweep, everyCommandSucceedsOrReportsAndTheNextOneWorks)
             ASSERT_LT(count, kMostFaults);
             int result = -1;
             const unsigned injected = underFault(count, [&] { result = command(); });
+            noteTexts();
             if (result == 0) {
                 EXPECT_FALSE(log_.lines().empty()) << "fault " << count;
             }
@@ -190,6 +220,12 @@ TEST_P(FaultSweep, everyCommandSucceedsOrReportsAndTheNextOneWorks)
             }
         }
     }
+    expectNoted({"!send request", "!wait for reply", "!receive reply",
+                 "!send command request and wait for reply", "!error reading local file",
+                 "!allocate string body buffer", "!error allocating string body buffer",
+                 "!trim string body buffer",
+                 "BRELRemoteConfigClient_sendCommandRequest: Can't open local file file://" +
+                     std::string(path)});
     std::remove(path);
     log_.clear();
     BRELRemoteConfigClient_finalize(&client_);

@@ -44,7 +44,9 @@ DDS_ReturnCode_t DDS_Entity_enable(DDS_Entity *self)
     if (ZUV_DDS_IS_NULL(self)) {
         return DDS_RETCODE_BAD_PARAMETER;
     }
-    if (DDS_Entity_is_enabled(self)) {
+    // An enabled one can fail too, so that whoever enables for safety's sake is tested.
+    const bool isToFail = ZUV_OSAPI_FAULT("dds.enable");
+    if (!isToFail && DDS_Entity_is_enabled(self)) {
         return DDS_RETCODE_OK;
     }
     if (self->factory != nullptr && !DDS_Entity_is_enabled(self->factory)) {
@@ -52,7 +54,7 @@ DDS_ReturnCode_t DDS_Entity_enable(DDS_Entity *self)
         return DDS_RETCODE_PRECONDITION_NOT_MET;
     }
     DDS_ReturnCode_t code = DDS_RETCODE_ERROR;
-    if (!ZUV_OSAPI_FAULT("dds.enable")) {
+    if (!isToFail) {
         code = guarded("enable", DDS_RETCODE_ERROR,
                        [self] { return toOurs(self->fastEntity->enable()); });
     }
