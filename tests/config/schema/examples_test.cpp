@@ -1,5 +1,6 @@
-// The ready configurations are valid, tell what they show, and one of them has everything.
+// The ready configurations are valid, tell what they show, and one of them has everything; so has the reference.
 #include <filesystem>
+#include <regex>
 
 #include <gmock/gmock.h>
 
@@ -100,6 +101,46 @@ TEST_F(Configurations, ofTheCompleteOneHasEveryElementAndAttribute)
     attributes.erase("unit"); // of a type that no element has
     EXPECT_EQ(names.elements, elements);
     EXPECT_EQ(names.attributes, attributes);
+}
+
+// The words in code spans: `like this`.
+std::set<std::string> wordsInCode(const std::string &text)
+{
+    std::set<std::string> words;
+    const std::regex span("`([^`\n]+)`");
+    const std::regex word("[A-Za-z_]+");
+    for (std::sregex_iterator code(text.begin(), text.end(), span), end; code != end; ++code) {
+        const std::string content = (*code)[1];
+        for (std::sregex_iterator found(content.begin(), content.end(), word); found != end;
+             ++found) {
+            words.insert(found->str());
+        }
+    }
+    return words;
+}
+
+// The policies of QoS have a page of their own.
+TEST(Reference, tellsEveryElementAndAttribute)
+{
+    ASSERT_EQ(ZUVXMLUTILSGlobals_initialize(), 1);
+    std::ifstream stream(ZUV_REFERENCE);
+    const std::string text{std::istreambuf_iterator<char>(stream), {}};
+    const std::set<std::string> words = wordsInCode(text);
+    for (const char *const file :
+         {"zuv_brel_service.xsd", "definitions/zuv_service_common_definitions.xsd",
+          "definitions/zuv_dds_profiles_definitions.xsd",
+          "definitions/zuv_dds_topic_types_definitions.xsd",
+          "definitions/zuv_dist_logger_definitions.xsd"}) {
+        const SchemaReader schema(file);
+        std::set<std::string> names = schema.elements();
+        names.merge(schema.attributes());
+        names.erase("unit"); // of a type that no element has
+        EXPECT_FALSE(names.empty()) << file;
+        for (const auto &name : names) {
+            EXPECT_TRUE(words.contains(name)) << name << " of " << file;
+        }
+    }
+    ZUVXMLUTILSGlobals_finalize();
 }
 
 } // namespace
