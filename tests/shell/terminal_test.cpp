@@ -80,6 +80,22 @@ TEST(Terminal, controlCAbandonsTheLineAndPromptsAgain)
     expectGoodEnd(shell);
 }
 
+TEST(Terminal, anOverlongLineIsRefusedAndTheNextOneIsRead)
+{
+    Session shell(1, terminal());
+    const std::string longest(4093, 'x');
+    EXPECT_THAT(shell.run(longest), Optional(Eq("Unknown command: " + longest + "\n")));
+    EXPECT_THAT(shell.run(std::string(4094, 'x')), Optional(Eq("Line too long\n")));
+    EXPECT_THAT(shell.run("word"), Optional(Eq("Unknown command: word\n")));
+    for (const std::size_t size : {4095U, 10000U}) {
+        EXPECT_THAT(shell.run(std::string(size, 'x')), Optional(Eq("Line too long\n")));
+        // A terminal keeps 4095 characters of a line and its end, which then is a line of its own.
+        EXPECT_THAT(shell.outputUntil(kPrompt), Optional(Eq("")));
+        EXPECT_THAT(shell.run("word"), Optional(Eq("Unknown command: word\n")));
+    }
+    expectGoodEnd(shell);
+}
+
 class HandledSignal : public testing::TestWithParam<int>
 {
 };
