@@ -620,6 +620,10 @@ TEST_F(Client, givesUpAfterItsTimeout)
     EXPECT_TRUE(
         log_.isExactly({{&ZUV_LOG_ANY_FAILURE_s, "!wait for reply"},
                         {&ZUV_LOG_ANY_FAILURE_s, "!send command request and wait for reply"}}));
+    for (const zuv_test::LogLine &line : log_.lines()) {
+        EXPECT_EQ(line.level, ZUV_LOG_BIT_EXCEPTION);
+        EXPECT_EQ(line.submodule, 0x4000U);
+    }
     expectAtRest();
 }
 

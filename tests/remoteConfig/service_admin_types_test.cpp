@@ -180,6 +180,44 @@ TEST_F(AdminTypes, AreDescribedAsDeclared)
     EXPECT_EQ(ZUV_Service_Admin_CommandReplyPlugin_get_key_kind(), ZUV_TYPE_KEY_KIND_NONE);
 }
 
+TEST_F(AdminTypes, IntegersHaveTheirFullRangeAndStartAtZero)
+{
+    const struct {
+        const DDS_TypeCode *type;
+        DDS_UnsignedLong member;
+    } integers[] = {
+        {ZUV_Service_Admin_CommandRequest_get_typecode(), 0}, // instance_id
+        {ZUV_Service_Admin_CommandReply_get_typecode(), 1},   // native_retcode
+    };
+    for (const auto &[type, member] : integers) {
+        const auto least = DDS_TypeCode_member_min_value(type, member, nullptr);
+        const auto greatest = DDS_TypeCode_member_max_value(type, member, nullptr);
+        const auto initial = DDS_TypeCode_member_default_value(type, member, nullptr);
+        EXPECT_EQ(least.kind, DDS_TK_LONG);
+        EXPECT_EQ(least.value.signedValue, INT32_MIN);
+        EXPECT_EQ(greatest.kind, DDS_TK_LONG);
+        EXPECT_EQ(greatest.value.signedValue, INT32_MAX);
+        EXPECT_EQ(initial.value.signedValue, 0);
+    }
+}
+
+TEST_F(AdminTypes, EnumerationsHaveTheirNamesAndValues)
+{
+    const auto namesOf = [](const DDS_TypeCode *type) {
+        std::vector<std::string> names;
+        for (DDS_UnsignedLong i = 0; i < DDS_TypeCode_member_count(type, nullptr); ++i) {
+            EXPECT_EQ(DDS_TypeCode_member_ordinal(type, i, nullptr), static_cast<DDS_Long>(i));
+            names.emplace_back(DDS_TypeCode_member_name(type, i, nullptr));
+        }
+        return names;
+    };
+    using Names = std::vector<std::string>;
+    EXPECT_EQ(namesOf(ZUV_Service_Admin_CommandActionKind_get_typecode()),
+              (Names{"CREATE_ACTION", "GET_ACTION", "UPDATE_ACTION", "DELETE_ACTION"}));
+    EXPECT_EQ(namesOf(ZUV_Service_Admin_CommandReplyRetcode_get_typecode()),
+              (Names{"OK_RETCODE", "ERROR_RETCODE"}));
+}
+
 TEST_F(AdminTypes, AliasesHaveTheirNamesAndBounds)
 {
     struct Alias {

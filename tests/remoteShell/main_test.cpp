@@ -137,6 +137,13 @@ TEST_F(Main, failsForACommandLineThatCannotBeUsed)
          {&ZUV_LOG_INIT_FAILURE_s, "!initialize parameter manager"},
          {&ZUV_LOG_CREATION_FAILURE_s, "!create parameter manager"},
          {&ZUV_LOG_ANY_FAILURE_s, "!get command-line parameters"}}));
+    const std::uint32_t submodules[] = {0x4000, 0x4000, 0x2000, 0x2000};
+    for (std::size_t index = 0; index < std::size(submodules); ++index) {
+        const zuv_test::LogLine line = log_.lines()[index];
+        EXPECT_EQ(line.level, ZUV_LOG_BIT_EXCEPTION);
+        EXPECT_EQ(line.moduleId, 0x1c0000U);
+        EXPECT_EQ(line.submodule, submodules[index]);
+    }
     EXPECT_EQ(output_, "");
     EXPECT_EQ(fakeClient().domainId, -1);
 }
