@@ -140,6 +140,8 @@ TEST_F(SchemaOfQos, takesTheValuesOfEachField)
                         names.insert(name);
                     }
                     EXPECT_EQ(schema->valuesOf(field.names->schemaType), names);
+                    // White space comes with a line that was typed.
+                    EXPECT_TRUE(takes(string(field.names->enumerators[0].name) + "\n"));
                     EXPECT_FALSE(takes(string("DDS_") + field.names->enumerators[0].name));
                 } else if (field.kind == QosFieldKind::kMask) {
                     for (const auto &[name, value] : field.names->enumerators) {
@@ -158,6 +160,8 @@ TEST_F(SchemaOfQos, takesTheValuesOfEachField)
                     EXPECT_FALSE(takes("2"));
                 } else if (field.kind == QosFieldKind::kDuration) {
                     EXPECT_TRUE(takes("<sec>1</sec><nanosec>5</nanosec>"));
+                    EXPECT_TRUE(takes("<sec>DURATION_INFINITE_SEC\n</sec>"));
+                    EXPECT_TRUE(takes("<nanosec> DURATION_INFINITE_NSEC</nanosec>"));
                     EXPECT_FALSE(takes("1"));
                 } else if (field.kind == QosFieldKind::kOctets) {
                     EXPECT_TRUE(takes("AAEC/w=="));
