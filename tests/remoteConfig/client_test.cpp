@@ -1,5 +1,6 @@
 #include <chrono>
 #include <cstdio>
+#include <cstring>
 #include <string>
 #include <thread>
 
@@ -349,6 +350,18 @@ TEST_F(Client, leavesNothingOfACommandInTheNext)
         EXPECT_EQ(requests[index].body, "");
         EXPECT_EQ(requests[index].octets, "");
     }
+}
+
+TEST_F(Client, sendsTheTextThatItsSampleHoldsAlready)
+{
+    TestService service;
+    ASSERT_NO_FATAL_FAILURE(startWithService());
+    std::strcpy(client_._request->string_body, "held");
+    EXPECT_EQ(send("another"), 1);
+    EXPECT_EQ(service.requests().at(0).body, "held");
+    expectAtRest();
+    EXPECT_EQ(send("another"), 1);
+    EXPECT_EQ(service.requests().at(1).body, "another");
 }
 
 TEST_F(Client, countsAnErrorReplyForAReply)
