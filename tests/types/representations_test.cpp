@@ -98,6 +98,49 @@ TEST(Representations, PutAnEntityStateIntoTwelveOctets)
     }
 }
 
+// A state that this version does not know: refused, unless the process is told to bear such.
+TEST(Compliance, DecidesWhatBecomesOfAnUnknownState)
+{
+    const LogCapture log;
+    const char unknown[12] = {0, 9, 0, 0, 4, 0, 0, 0, 7, 0, 0, 0};
+    const char event[16] = {0, 11, 0, 0, 8, 0, 0, 0, '\x9e', '\xd3', '\x9e', '\x2e', 7, 0, 0, 0};
+    const auto read = [&] {
+        ZUV_Service_EntityState state = {ZUV_Service_EntityStateKind_PAUSED};
+        ZUV_Service_Monitoring_EntityEvent other = {ZUV_Service_EntityStateKind_PAUSED};
+        const bool isRead = ZUV_Service_EntityStatePlugin_deserialize_from_cdr_buffer(
+            &state, unknown, sizeof(unknown));
+        EXPECT_EQ(ZUV_Service_Monitoring_EntityEventPlugin_deserialize_from_cdr_buffer(
+                      &other, event, sizeof(event)),
+                  isRead);
+        EXPECT_EQ(state.state, isRead ? ZUV_Service_EntityStateKind_INVALID
+                                      : ZUV_Service_EntityStateKind_PAUSED);
+        EXPECT_EQ(other.state, state.state);
+        return isRead;
+    };
+    EXPECT_EQ(ZUVXCdrInterpreter_getGlobalXtypeComplianceMask(), 0U);
+    EXPECT_FALSE(read());
+    ZUVXCdrInterpreter_setGlobalXtypeComplianceMask(ZUV_XTYPE_COMPLIANCE_UNKNOWN_DISCRIMINATOR |
+                                                    ZUV_XTYPE_COMPLIANCE_DEFAULT_DISCRIMINATOR);
+    EXPECT_FALSE(read());
+    ZUVXCdrInterpreter_setGlobalXtypeComplianceMask(ZUV_XTYPE_COMPLIANCE_UNKNOWN_ENUM_VALUE);
+    EXPECT_EQ(ZUVXCdrInterpreter_getGlobalXtypeComplianceMask(), 16U);
+    EXPECT_TRUE(read());
+    // A sample that holds texts is read in two passes.
+    ZUV_Service_Admin_CommandReply reply;
+    ASSERT_TRUE(ZUV_Service_Admin_CommandReply_initialize(&reply));
+    const char other[28] = {0, 9, 0, 0, 20, 0, 0, 0, 9, 0, 0, 0, 5, 0,
+                            0, 0, 1, 0, 0,  0, 0, 0, 0, 0, 0, 0, 0, 0};
+    EXPECT_TRUE(
+        ZUV_Service_Admin_CommandReplyPlugin_deserialize_from_cdr_buffer(&reply, other, 28));
+    EXPECT_EQ(reply.retcode, ZUV_Service_Admin_CommandReplyRetcode_OK_RETCODE);
+    EXPECT_EQ(reply.native_retcode, 5);
+    ZUVXCdrInterpreter_setGlobalXtypeComplianceMask(0);
+    EXPECT_FALSE(
+        ZUV_Service_Admin_CommandReplyPlugin_deserialize_from_cdr_buffer(&reply, other, 28));
+    ZUV_Service_Admin_CommandReply_finalize(&reply);
+    EXPECT_FALSE(read());
+}
+
 // The same through the plug-in, big endian and back.
 TEST(Representations, AreReadInBothByteOrders)
 {

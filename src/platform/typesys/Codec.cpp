@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <bit>
 #include <cstring>
 
@@ -25,6 +26,8 @@ constexpr bool kIsLittleEndian = std::endian::native == std::endian::little;
 constexpr std::uint32_t kLittleEndianBit = 1;
 constexpr std::uint32_t kPayloadAlignment = 4;
 constexpr std::size_t kMaxScratchSize = 128;
+
+std::atomic<DDS_UnsignedLong> g_complianceMask{0};
 
 std::uint32_t paddingOf(std::uint64_t size)
 {
@@ -144,9 +147,10 @@ bool withBody(std::uint32_t encapsulation, const DDS_Octet *buffer, DDS_Unsigned
 
 // One pass over a body. `walk` gets the decoder, where to read to, and the size.
 template <DecodePass Pass, bool Swap, typename Walk>
-bool pass(const DDS_Octet *body, std::size_t size, void *sample, const Walk &walk)
+bool pass(const DDS_Octet *body, std::size_t size, void *sample, const Walk &walk,
+          bool bearsUnknownValues)
 {
-    zuv::Decoder<Pass, Swap> decoder(body);
+    zuv::Decoder<Pass, Swap> decoder(body, bearsUnknownValues);
     const std::size_t end = walk(decoder, sample, size);
     return end != zuv::kFailed && (Pass == DecodePass::Read || size - end < kPayloadAlignment);
 }
@@ -154,15 +158,15 @@ bool pass(const DDS_Octet *body, std::size_t size, void *sample, const Walk &wal
 // The whole body is checked before any of it is read into the sample.
 template <typename Walk>
 bool checkAndRead(std::uint32_t encapsulation, const DDS_Octet *buffer, DDS_UnsignedLong length,
-                  void *sample, const Walk &walk)
+                  void *sample, const Walk &walk, bool bearsUnknownValues)
 {
-    return withBody(encapsulation, buffer, length,
-                    [&](auto swap, const DDS_Octet *body, std::size_t size) {
-                        constexpr bool kSwap = decltype(swap)::value;
-                        return pass<DecodePass::Check, kSwap>(body, size, nullptr, walk) &&
-                               !ZUV_OSAPI_FAULT("typesys.deserialize") &&
-                               pass<DecodePass::Read, kSwap>(body, size, sample, walk);
-                    });
+    return withBody(
+        encapsulation, buffer, length, [&](auto swap, const DDS_Octet *body, std::size_t size) {
+            constexpr bool kSwap = decltype(swap)::value;
+            return pass<DecodePass::Check, kSwap>(body, size, nullptr, walk, bearsUnknownValues) &&
+                   !ZUV_OSAPI_FAULT("typesys.deserialize") &&
+                   pass<DecodePass::Read, kSwap>(body, size, sample, walk, bearsUnknownValues);
+        });
 }
 
 auto walkOf(const zuv::Program &program)
@@ -174,19 +178,35 @@ auto walkOf(const zuv::Program &program)
 
 // A sample that holds nothing outside itself is read beside its place, which takes one pass, and moved there.
 bool readBeside(const zuv::Program &program, void *sample, const DDS_Octet *buffer,
-                DDS_UnsignedLong length)
+                DDS_UnsignedLong length, bool bearsUnknownValues)
 {
     alignas(std::max_align_t) std::array<std::byte, kMaxScratchSize> scratch;
-    const bool isRead = withBody(encapsulationOf(program), buffer, length,
-                                 [&](auto swap, const DDS_Octet *body, std::size_t size) {
-                                     return pass<DecodePass::Both, decltype(swap)::value>(
-                                         body, size, scratch.data(), walkOf(program));
-                                 });
+    const bool isRead =
+        withBody(encapsulationOf(program), buffer, length,
+                 [&](auto swap, const DDS_Octet *body, std::size_t size) {
+                     return pass<DecodePass::Both, decltype(swap)::value>(
+                         body, size, scratch.data(), walkOf(program), bearsUnknownValues);
+                 });
     if (!isRead || ZUV_OSAPI_FAULT("typesys.deserialize")) {
         return false;
     }
     zuv::copyOctets(sample, scratch.data(), program.size());
     return true;
+}
+
+DDS_Boolean readSample(const DDS_TypeCode *type, void *sample, const DDS_Octet *buffer,
+                       DDS_UnsignedLong length, bool bearsUnknownValues)
+{
+    const zuv::Program *program = zuv::Program::of(type);
+    if (program == nullptr || isNull(sample, "sample == ((void *)0)") ||
+        isNull(buffer, "buffer == ((void *)0)")) {
+        return DDS_BOOLEAN_FALSE;
+    }
+    const bool isRead = program->isPlain() && program->size() <= kMaxScratchSize
+                            ? readBeside(*program, sample, buffer, length, bearsUnknownValues)
+                            : checkAndRead(encapsulationOf(*program), buffer, length, sample,
+                                           walkOf(*program), bearsUnknownValues);
+    return isRead ? DDS_BOOLEAN_TRUE : refusePayload(type);
 }
 
 DDS_UnsignedLong wholeSize(std::uint64_t memberSize, DDS_Boolean includeEncapsulation)
@@ -242,16 +262,7 @@ DDS_Boolean ZUVCodec_serialize(const DDS_TypeCode *type, const void *sample, DDS
 DDS_Boolean ZUVCodec_deserialize(const DDS_TypeCode *type, void *sample, const DDS_Octet *buffer,
                                  DDS_UnsignedLong length)
 {
-    const zuv::Program *program = zuv::Program::of(type);
-    if (program == nullptr || isNull(sample, "sample == ((void *)0)") ||
-        isNull(buffer, "buffer == ((void *)0)")) {
-        return DDS_BOOLEAN_FALSE;
-    }
-    const bool isRead =
-        program->isPlain() && program->size() <= kMaxScratchSize
-            ? readBeside(*program, sample, buffer, length)
-            : checkAndRead(encapsulationOf(*program), buffer, length, sample, walkOf(*program));
-    return isRead ? DDS_BOOLEAN_TRUE : refusePayload(type);
+    return readSample(type, sample, buffer, length, false);
 }
 
 DDS_Boolean ZUVCodec_validate(const DDS_TypeCode *type, const DDS_Octet *buffer,
@@ -261,8 +272,8 @@ DDS_Boolean ZUVCodec_validate(const DDS_TypeCode *type, const DDS_Octet *buffer,
     return program != nullptr && !isNull(buffer, "buffer == ((void *)0)") &&
            withBody(encapsulationOf(*program), buffer, length,
                     [program](auto swap, const DDS_Octet *body, std::size_t size) {
-                        return pass<DecodePass::Check, decltype(swap)::value>(body, size, nullptr,
-                                                                              walkOf(*program));
+                        return pass<DecodePass::Check, decltype(swap)::value>(
+                            body, size, nullptr, walkOf(*program), false);
                     });
 }
 
@@ -304,10 +315,12 @@ DDS_Boolean ZUVCodec_deserializeKey(const DDS_TypeCode *type, void *sample, cons
         return DDS_BOOLEAN_FALSE;
     }
     const auto keyOps = zuv::Program::of(type)->keyOps();
-    const bool isRead = checkAndRead(DDS_ENCAPSULATION_ID_CDR2_BE, buffer, length, sample,
-                                     [keyOps](auto &decoder, void *to, std::size_t size) {
-                                         return decoder.ops(keyOps, to, false, 0, size);
-                                     });
+    const bool isRead = checkAndRead(
+        DDS_ENCAPSULATION_ID_CDR2_BE, buffer, length, sample,
+        [keyOps](auto &decoder, void *to, std::size_t size) {
+            return decoder.ops(keyOps, to, false, 0, size);
+        },
+        false);
     return isRead ? DDS_BOOLEAN_TRUE : refusePayload(type);
 }
 
@@ -370,5 +383,18 @@ DDS_Boolean ZUVCodec_deserializeFromCdrBuffer(const DDS_TypeCode *type, void *sa
                                               const char *buffer, unsigned int length)
 {
     ZUVSample_finalizeOptionalMembers(type, sample, DDS_BOOLEAN_TRUE);
-    return ZUVCodec_deserialize(type, sample, reinterpret_cast<const DDS_Octet *>(buffer), length);
+    const bool bearsUnknownValues = (ZUVXCdrInterpreter_getGlobalXtypeComplianceMask() &
+                                     ZUV_XTYPE_COMPLIANCE_UNKNOWN_ENUM_VALUE) != 0;
+    return readSample(type, sample, reinterpret_cast<const DDS_Octet *>(buffer), length,
+                      bearsUnknownValues);
+}
+
+DDS_UnsignedLong ZUVXCdrInterpreter_getGlobalXtypeComplianceMask(void)
+{
+    return g_complianceMask.load(std::memory_order_relaxed);
+}
+
+void ZUVXCdrInterpreter_setGlobalXtypeComplianceMask(DDS_UnsignedLong mask)
+{
+    g_complianceMask.store(mask, std::memory_order_relaxed);
 }

@@ -77,12 +77,24 @@ DDS_Boolean ZUVCodec_hasKey(const DDS_TypeCode *type);
  * 0; otherwise `*length` is the capacity on entry and the size on return. False for a NULL `length` and for
  * a representation that the type does not allow.
  *
- * Reading releases the optional members of the sample first, also when the payload is refused then. */
+ * Reading heeds the compliance mask below, and releases the optional members of the sample first, also when the payload is refused then. */
 DDS_Boolean ZUVCodec_serializeToCdrBuffer(const DDS_TypeCode *type, char *buffer,
                                           unsigned int *length, const void *sample,
                                           DDS_DataRepresentationId_t representation);
 DDS_Boolean ZUVCodec_deserializeFromCdrBuffer(const DDS_TypeCode *type, void *sample,
                                               const char *buffer, unsigned int length);
+
+/* How samples are read from such buffers, for the whole process: a mask of the bits below, 0 at first. May be
+ * asked and set from any thread. */
+/* A value that an enumeration does not have is read as its default, and not refused. */
+#define ZUV_XTYPE_COMPLIANCE_UNKNOWN_ENUM_VALUE 16u
+/* A discriminator that chooses no member is borne, and with the second bit read as the default one. No type of
+ * the system has a union, so that nothing comes of these today. */
+#define ZUV_XTYPE_COMPLIANCE_UNKNOWN_DISCRIMINATOR 32u
+#define ZUV_XTYPE_COMPLIANCE_DEFAULT_DISCRIMINATOR 64u
+
+DDS_UnsignedLong ZUVXCdrInterpreter_getGlobalXtypeComplianceMask(void);
+void ZUVXCdrInterpreter_setGlobalXtypeComplianceMask(DDS_UnsignedLong mask);
 
 /* Render `sample` as text. With a NULL `text` the size with the terminator goes to `*length`; otherwise
  * `*length` is the capacity on entry, and on return the size. DDS_RETCODE_BAD_PARAMETER for a NULL sample,

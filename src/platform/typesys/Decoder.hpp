@@ -24,7 +24,11 @@ template <DecodePass Pass, bool Swap>
 class Decoder
 {
 public:
-    explicit Decoder(const std::uint8_t *begin) : begin_(begin) {}
+    // With `bearsUnknownValues` a value that an enumeration does not have is read as its default.
+    explicit Decoder(const std::uint8_t *begin, bool bearsUnknownValues = false)
+        : begin_(begin), bearsUnknownValues_(bearsUnknownValues)
+    {
+    }
 
     // A sample with the header that its type's extensibility asks for. Like all walks here it takes the
     // position where it begins and the end of what encloses it, and returns the position where it ends, or
@@ -296,9 +300,16 @@ private:
                                                    std::size_t end) const
     {
         std::uint32_t value = 0;
-        if (!word(position, end, value) ||
-            (kChecks && !op.holdsEnumValue(static_cast<std::int32_t>(value)))) {
+        if (!word(position, end, value)) {
             return kFailed;
+        }
+        // The second pass need not ask again where the first one refused.
+        if ((kChecks || bearsUnknownValues_) &&
+            !op.holdsEnumValue(static_cast<std::int32_t>(value))) {
+            if (!bearsUnknownValues_) {
+                return kFailed;
+            }
+            value = static_cast<std::uint32_t>(op.defaultBits);
         }
         if constexpr (kReads) {
             std::memcpy(to, &value, sizeof(value));
@@ -416,6 +427,7 @@ private:
     }
 
     const std::uint8_t *begin_;
+    bool bearsUnknownValues_;
 };
 
 } // namespace zuv
