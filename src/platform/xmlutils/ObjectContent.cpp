@@ -189,8 +189,9 @@ int ZUVXMLUTILSObject_setUserData(ZUVXMLUTILSObject *self, void *userData)
     if (record == nullptr && userData == nullptr) {
         return 1;
     }
-    NodeRecord *const needed =
-        ZUV_OSAPI_FAULT("xmlutils.user_data") ? nullptr : needRecord(toNode(self));
+    NodeRecord *const needed = record != nullptr                       ? record
+                               : ZUV_OSAPI_FAULT("xmlutils.user_data") ? nullptr
+                                                                       : needRecord(toNode(self));
     if (needed == nullptr) {
         ZUV_LOG_TEMPLATE(ZUVXMLUTILS, ZUV_LOG_BIT_EXCEPTION, ZUVXMLUTILS_SUBMODULE_OBJECT,
                          &ZUV_LOG_FAILURE_TEMPLATE, "set user data of element <%s>",

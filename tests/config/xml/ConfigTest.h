@@ -2,6 +2,7 @@
 #ifndef ZUV_TESTS_CONFIG_XML_CONFIG_TEST_H
 #define ZUV_TESTS_CONFIG_XML_CONFIG_TEST_H
 
+#include <climits>
 #include <memory>
 #include <string>
 #include <vector>
@@ -11,6 +12,7 @@
 #include "config/XmlSave.h"
 #include "config/XmlSupport.h"
 #include "log/Log.h"
+#include "platform/osapi/Fault.h"
 #include "platform/xmlutils/XmlTest.h"
 
 namespace zuv_test
@@ -20,7 +22,8 @@ namespace zuv_test
 class LogMasks
 {
 public:
-    explicit LogMasks(std::uint32_t levels)
+    explicit LogMasks(std::uint32_t levels) { set(levels); }
+    void set(std::uint32_t levels)
     {
         BRELLog_g_instrumentationMask = levels;
         BRELLog_g_submoduleMask = UINT32_MAX;
@@ -96,6 +99,9 @@ protected:
     void TearDown() override
     {
         parser.reset();
+        for (Property *const property : {&checked, &unchecked}) {
+            ZUV_BrelServiceProperties_finalize(&property->user_environment);
+        }
         BRELCfgFileParser_finalizeGlobals();
         EXPECT_TRUE(heap_->isBalanced());
     }
