@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/ddsxml/BuiltinProfiles.hpp"
 #include "platform/ddsxml/ExtensionClass.hpp"
 #include "platform/ddsxml/QosInheritance.hpp"
 #include "platform/ddsxml/XmlLog.hpp"
@@ -220,7 +221,7 @@ int DDS_QosProvider_load_builtin_profilesI(DDS_XMLParser *parser, ZUVXMLObject *
     if (ZUV_DDSXML_IS_NULL(parser) || ZUV_DDSXML_IS_NULL(root)) {
         return 1;
     }
-    ZUVXMLObject *const builtin = ZUVXMLParser_parseFromString(parser, nullptr, "<dds/>");
+    ZUVXMLObject *const builtin = ZUVXMLParser_parseFromString(parser, nullptr, kBuiltinProfiles);
     if (builtin == nullptr) {
         return 1;
     }

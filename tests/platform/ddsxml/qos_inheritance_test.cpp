@@ -298,4 +298,32 @@ TEST_F(QosInheritance, survivesAWantOfMemory)
     EXPECT_EQ(depthOf("l::derived"), 3);
 }
 
+TEST_F(QosInheritance, startsFromTheBuiltInProfiles)
+{
+    ASSERT_EQ(DDS_QosProvider_load_builtin_profilesI(parser_, &root_), 0);
+    const auto writerQos = [this](const char *path) {
+        return DDS_XMLDataWriterQos_get_dds_qos(
+            ZUVXMLObject_getFirstChildWithTag(element(path), "datawriter_qos"));
+    };
+    DDS_DataWriterQos defaults;
+    ASSERT_EQ(DDS_DataWriterQos_initialize(&defaults), DDS_RETCODE_OK);
+    EXPECT_TRUE(DDS_DataWriterQos_equals(writerQos("BuiltinProfiles::Default"), &defaults));
+    EXPECT_EQ(writerQos("BuiltinProfiles::BestEffort")->reliability.kind,
+              DDS_BEST_EFFORT_RELIABILITY_QOS);
+    EXPECT_EQ(readerQos("BuiltinProfiles::Reliable")->reliability.kind,
+              DDS_RELIABLE_RELIABILITY_QOS);
+    for (const char *path : {"BuiltinProfiles::LastValue", "BuiltinProfiles::AllSamples"}) {
+        EXPECT_EQ(readerQos(path)->reliability.kind, DDS_RELIABLE_RELIABILITY_QOS) << path;
+    }
+    EXPECT_EQ(readerQos("BuiltinProfiles::LastValue")->durability.kind,
+              DDS_TRANSIENT_LOCAL_DURABILITY_QOS);
+    EXPECT_EQ(writerQos("BuiltinProfiles::LastValue")->durability.kind,
+              DDS_TRANSIENT_LOCAL_DURABILITY_QOS);
+    EXPECT_EQ(writerQos("BuiltinProfiles::AllSamples")->history.kind, DDS_KEEP_ALL_HISTORY_QOS);
+    EXPECT_EQ(readerQos("BuiltinProfiles::AllSamples")->resource_limits.max_samples, 1000);
+    ASSERT_TRUE(add(
+        library("l", profile("name='p' base_name='BuiltinProfiles::LastValue'", reader("", 7)))));
+    EXPECT_EQ(readerQos("l::p")->durability.kind, DDS_TRANSIENT_LOCAL_DURABILITY_QOS);
+}
+
 } // namespace
