@@ -12,6 +12,7 @@
 
 #include "common/Concurrency.h"
 #include "common/ServiceLog.h"
+#include "platform/mavo/WorkerPerThread.h"
 #include "platform/osapi/Fault.h"
 #include "platform/osapi/GlobalLock.h"
 #include "platform/osapi/Thread.h"
@@ -323,6 +324,22 @@ TEST_F(Concurrency, missingArgumentsAreReported)
         EXPECT_EQ(line.level, ZUV_LOG_BIT_FATAL);
         EXPECT_EQ(line.submodule, 0x1000u);
     }
+}
+
+// As it is between the two steps of its making.
+TEST_F(Concurrency, withoutItsStorageItHasNoWorkers)
+{
+    struct {
+        MAVOWorkerFactory *workerFactory;
+        MAVOWorkerPerThread *workerPerThread;
+    } halfMade = {};
+    auto *self = reinterpret_cast<BRELConcurrency *>(&halfMade);
+    const ServiceLog on;
+    const LogCapture log;
+    EXPECT_EQ(BRELConcurrency_createWorker(self, "main"), nullptr);
+    BRELConcurrency_deleteWorker(self);
+    const LogLink line = precondition("!meet precondition: self->_workerPerThread == ((void *)0)");
+    EXPECT_TRUE(log.isExactly({line, line}));
 }
 
 class ConcurrencyFailure : public testing::Test
