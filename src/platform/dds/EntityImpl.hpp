@@ -2,12 +2,14 @@
 #ifndef ZUV_PLATFORM_DDS_ENTITY_IMPL_HPP
 #define ZUV_PLATFORM_DDS_ENTITY_IMPL_HPP
 
+#include <atomic>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <string>
 #include <vector>
 
+#include "platform/dds/Condition.h"
 #include "platform/dds/ContentFilter.hpp"
 #include "platform/dds/DataReader.h"
 #include "platform/dds/DataWriter.h"
@@ -28,7 +30,17 @@ class Subscriber;
 class Topic;
 } // namespace eprosima::fastdds::dds
 
-struct DDS_StatusCondition {
+struct DDS_AsyncWaitSet;
+
+struct DDS_Condition {
+    DDS_ConditionHandler handler = {};
+    std::atomic<DDS_AsyncWaitSet *> dispatcher = nullptr; // that it is attached to
+};
+
+// The only kind of condition there is.
+struct DDS_StatusCondition final : DDS_Condition {
+    explicit DDS_StatusCondition(DDS_Entity *owner) : entity(owner) {}
+
     DDS_Entity *entity;
 };
 

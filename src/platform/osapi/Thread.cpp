@@ -1,8 +1,10 @@
 #include "platform/osapi/Thread.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include <pthread.h>
+#include <sched.h>
 #include <unistd.h>
 
 #include "platform/osapi/Fault.h"
@@ -28,6 +30,63 @@ void *run(void *self)
     return nullptr;
 }
 
+// The attributes of a thread to be made, for as long as that takes.
+class Attributes
+{
+public:
+    Attributes() { isValid_ = pthread_attr_init(&attributes_) == 0; }
+    ~Attributes()
+    {
+        if (isValid_) {
+            pthread_attr_destroy(&attributes_);
+        }
+    }
+    Attributes(const Attributes &) = delete;
+    Attributes &operator=(const Attributes &) = delete;
+
+    bool apply(const ZUVOsapiThreadSettings &settings)
+    {
+        return isValid_ && setStack(settings.stackSize) && setProcessors(settings) &&
+               setPriority(settings.realtimePriority);
+    }
+    const pthread_attr_t *get() const { return &attributes_; }
+
+private:
+    bool setStack(std::size_t size)
+    {
+        const auto least = static_cast<std::size_t>(PTHREAD_STACK_MIN);
+        return size == 0 || pthread_attr_setstacksize(&attributes_, std::max(size, least)) == 0;
+    }
+    bool setProcessors(const ZUVOsapiThreadSettings &settings)
+    {
+        if (settings.processorCount == 0) {
+            return true;
+        }
+        cpu_set_t set;
+        CPU_ZERO(&set);
+        for (std::size_t i = 0; i < settings.processorCount; ++i) {
+            const int32_t processor = settings.processors[i];
+            if (processor < 0 || processor >= CPU_SETSIZE) {
+                return false;
+            }
+            CPU_SET(static_cast<std::size_t>(processor), &set);
+        }
+        return pthread_attr_setaffinity_np(&attributes_, sizeof(set), &set) == 0;
+    }
+    bool setPriority(int priority)
+    {
+        sched_param parameters = {};
+        parameters.sched_priority = priority;
+        return priority <= 0 ||
+               (pthread_attr_setinheritsched(&attributes_, PTHREAD_EXPLICIT_SCHED) == 0 &&
+                pthread_attr_setschedpolicy(&attributes_, SCHED_FIFO) == 0 &&
+                pthread_attr_setschedparam(&attributes_, &parameters) == 0);
+    }
+
+    pthread_attr_t attributes_;
+    bool isValid_ = false;
+};
+
 } // namespace
 
 extern "C" {
@@ -40,14 +99,24 @@ uint64_t ZUVOsapiThread_getCurrentThreadID(void)
 ZUVOsapiThread *ZUVOsapiThread_new(const char *name, ZUVOsapiThreadRoutine routine,
                                    void *routineData)
 {
+    const ZUVOsapiThreadSettings settings = {};
+    return ZUVOsapiThread_newWithSettings(name, routine, routineData, &settings);
+}
+
+ZUVOsapiThread *ZUVOsapiThread_newWithSettings(const char *name, ZUVOsapiThreadRoutine routine,
+                                               void *routineData,
+                                               const ZUVOsapiThreadSettings *settings)
+{
     zuv::ObjectPointer<ZUVOsapiThread> self(zuv::newObject<ZUVOsapiThread>(kTag));
-    if (self == nullptr || ZUV_OSAPI_FAULT("thread.create")) {
+    Attributes attributes;
+    if (self == nullptr || ZUV_OSAPI_FAULT("thread.create") || !attributes.apply(*settings)) {
         return nullptr;
     }
     std::string_view(name).copy(self->name, sizeof(self->name) - 1);
     self->routine = routine;
     self->routineData = routineData;
-    return pthread_create(&self->id, nullptr, run, self.get()) == 0 ? self.release() : nullptr;
+    return pthread_create(&self->id, attributes.get(), run, self.get()) == 0 ? self.release()
+                                                                             : nullptr;
 }
 
 int ZUVOsapiThread_isCurrent(const ZUVOsapiThread *self)

@@ -2,6 +2,7 @@
 #ifndef ZUV_PLATFORM_OSAPI_THREAD_H
 #define ZUV_PLATFORM_OSAPI_THREAD_H
 
+#include <stddef.h>
 #include <stdint.h>
 
 #ifdef __cplusplus
@@ -23,6 +24,20 @@ typedef void (*ZUVOsapiThreadRoutine)(void *routineData);
  * ZUVOsapiThread_delete. */
 ZUVOsapiThread *ZUVOsapiThread_new(const char *name, ZUVOsapiThreadRoutine routine,
                                    void *routineData);
+
+/* What a thread may be given beyond the defaults; all zeros stand for these. */
+typedef struct ZUVOsapiThreadSettings {
+    size_t stackSize;          /* in bytes; 0: the system's default */
+    const int32_t *processors; /* numbers of those that it may run on */
+    size_t processorCount;     /* 0: all */
+    int realtimePriority;      /* above 0: scheduled first in, first out, with this priority */
+} ZUVOsapiThreadSettings;
+
+/* The same with settings, which are used during the call only and may not be NULL. NULL also when the system has no
+ * such processor, or does not grant the priority. */
+ZUVOsapiThread *ZUVOsapiThread_newWithSettings(const char *name, ZUVOsapiThreadRoutine routine,
+                                               void *routineData,
+                                               const ZUVOsapiThreadSettings *settings);
 
 /* 1 on the thread itself. `self` must not be NULL. */
 int ZUVOsapiThread_isCurrent(const ZUVOsapiThread *self);
