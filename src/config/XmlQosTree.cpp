@@ -7,9 +7,6 @@
 #include "platform/osapi/Heap.h"
 #include "platform/osapi/Utility.h"
 
-// Holds the profiles that are made of elements, by the addresses of these.
-#define BREL_XML_ENTITIES_QOS_LIBRARY_NAME "#zuv.brel_service.qos_library"
-
 namespace
 {
 

@@ -7,6 +7,9 @@
 #include "config/XmlSupport.h"
 #include "platform/xmlutils/Parser.h"
 
+// Holds the profiles that are made of elements, by the addresses of these.
+#define BREL_XML_ENTITIES_QOS_LIBRARY_NAME "#zuv.brel_service.qos_library"
+
 namespace brel
 {
 
