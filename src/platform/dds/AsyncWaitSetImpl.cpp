@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <string>
 
+#include <fastdds/dds/core/condition/GuardCondition.hpp>
 #include <fastdds/dds/core/condition/StatusCondition.hpp>
+#include <fastdds/dds/core/condition/WaitSet.hpp>
 #include <fastdds/rtps/common/Time_t.h>
 
 #include "Conversions.hpp"
@@ -56,7 +58,15 @@ std::string threadName(const char *prefix, std::size_t index)
 thread_local DDS_AsyncWaitSet *DDS_AsyncWaitSet::poolOfThisThread_ = nullptr;
 thread_local DDS_AsyncWaitSet::Attachment *DDS_AsyncWaitSet::handledHere_ = nullptr;
 
+struct DDS_AsyncWaitSet::Middleware {
+    fast::WaitSet waitSet;
+    fast::GuardCondition wakeUp; // triggered while the pool stops
+    fast::ConditionSeq active;   // the leader's alone
+};
+
 // -- Making and ending -----------------------------------------------------------------------------------------
+
+DDS_AsyncWaitSet::DDS_AsyncWaitSet() : middleware_(std::make_unique<Middleware>()) {}
 
 bool DDS_AsyncWaitSet::prepare(const DDS_AsyncWaitSetProperty_t &property,
                                const DDS_AsyncWaitSetListener *listener)
@@ -73,16 +83,17 @@ bool DDS_AsyncWaitSet::prepare(const DDS_AsyncWaitSetProperty_t &property,
     leadership_ = MAVOWorkerFactory_createExclusiveAreaEx(
         workerFactory_, property_.level,
         property_.thread_name_prefix != nullptr ? property_.thread_name_prefix : kDefaultPrefix);
-    return leadership_ != nullptr && toOurs(waitSet_.attach_condition(wakeUp_)) == DDS_RETCODE_OK;
+    return leadership_ != nullptr &&
+           toOurs(middleware_->waitSet.attach_condition(middleware_->wakeUp)) == DDS_RETCODE_OK;
 }
 
 DDS_AsyncWaitSet::~DDS_AsyncWaitSet()
 {
     for (auto &[fast, attachment] : attachments_) {
-        waitSet_.detach_condition(*fast);
+        middleware_->waitSet.detach_condition(*fast);
         attachment.condition->dispatcher = nullptr;
     }
-    waitSet_.detach_condition(wakeUp_);
+    middleware_->waitSet.detach_condition(middleware_->wakeUp);
     if (leadership_ != nullptr) {
         MAVOWorkerFactory_destroyExclusiveArea(workerFactory_, leadership_);
     }
@@ -183,12 +194,12 @@ void DDS_AsyncWaitSet::endThreads()
         isStopping_ = true;
     }
     stopping_.notify_all();
-    wakeUp_.set_trigger_value(true);
+    middleware_->wakeUp.set_trigger_value(true);
     for (const PoolThread &each : threads_) {
         ZUVOsapiThread_delete(each.thread);
     }
     threads_.clear();
-    wakeUp_.set_trigger_value(false);
+    middleware_->wakeUp.set_trigger_value(false);
     const std::lock_guard lock(mutex_);
     isStopping_ = false;
     isStarted_ = false;
@@ -234,11 +245,14 @@ DDS_ReturnCode_t DDS_AsyncWaitSet::attach(DDS_Condition &condition)
 
 DDS_ReturnCode_t DDS_AsyncWaitSet::detach(DDS_Condition &condition)
 {
+    if (condition.dispatcher == nullptr) {
+        return DDS_RETCODE_OK;
+    }
     std::unique_lock lock(mutex_);
     const auto known =
         condition.dispatcher == this ? attachments_.find(&fastOf(condition)) : attachments_.end();
     if (known == attachments_.end() || known->second.isLeaving) {
-        ZUV_DDS_REPORT(&ZUV_LOG_ANY_FAILURE_s, "detach a condition that is not attached");
+        ZUV_DDS_REPORT(&ZUV_LOG_ANY_FAILURE_s, "detach a condition that is attached elsewhere");
         return DDS_RETCODE_PRECONDITION_NOT_MET;
     }
     if (ZUV_OSAPI_FAULT("dds.detach_condition")) {
@@ -258,7 +272,7 @@ DDS_ReturnCode_t DDS_AsyncWaitSet::detach(DDS_Condition &condition)
 
 void DDS_AsyncWaitSet::remove(Attachment &attachment)
 {
-    waitSet_.detach_condition(*attachment.fast);
+    middleware_->waitSet.detach_condition(*attachment.fast);
     std::erase(collected_, &attachment);
     std::erase(queue_, &attachment);
     attachment.condition->dispatcher = nullptr;
@@ -271,8 +285,9 @@ bool DDS_AsyncWaitSet::watch(Attachment &attachment)
     const DDS_ReturnCode_t code =
         ZUV_OSAPI_FAULT("dds.attach_condition")
             ? DDS_RETCODE_ERROR
-            : guarded("attach condition", DDS_RETCODE_OUT_OF_RESOURCES,
-                      [&] { return toOurs(waitSet_.attach_condition(*attachment.fast)); });
+            : guarded("attach condition", DDS_RETCODE_OUT_OF_RESOURCES, [&] {
+                  return toOurs(middleware_->waitSet.attach_condition(*attachment.fast));
+              });
     if (code != DDS_RETCODE_OK) {
         ZUV_DDS_REPORT(&ZUV_LOG_ANY_FAILURE_s, "attach condition");
         return false;
@@ -368,11 +383,12 @@ bool DDS_AsyncWaitSet::collect(std::unique_lock<std::mutex> &lock,
                                std::optional<Clock::time_point> deadline)
 {
     lock.unlock();
-    const DDS_ReturnCode_t code =
-        ZUV_OSAPI_FAULT("dds.wait")
-            ? DDS_RETCODE_ERROR
-            : guarded("wait", DDS_RETCODE_OUT_OF_RESOURCES,
-                      [&] { return toOurs(waitSet_.wait(active_, timeUntil(deadline))); });
+    const DDS_ReturnCode_t code = ZUV_OSAPI_FAULT("dds.wait")
+                                      ? DDS_RETCODE_ERROR
+                                      : guarded("wait", DDS_RETCODE_OUT_OF_RESOURCES, [&] {
+                                            return toOurs(middleware_->waitSet.wait(
+                                                middleware_->active, timeUntil(deadline)));
+                                        });
     lock.lock();
     if (code != DDS_RETCODE_OK) {
         if (code != DDS_RETCODE_TIMEOUT) {
@@ -380,18 +396,18 @@ bool DDS_AsyncWaitSet::collect(std::unique_lock<std::mutex> &lock,
         }
         return code == DDS_RETCODE_TIMEOUT;
     }
-    for (const fast::Condition *fast : active_) {
+    for (const fast::Condition *fast : middleware_->active) {
         // One that was detached meanwhile is not known any more; neither is what wakes the leader up.
         const auto known = attachments_.find(fast);
         if (known != attachments_.end() && known->second.state == State::kWaiting &&
             !known->second.isLeaving) {
-            waitSet_.detach_condition(*fast);
+            middleware_->waitSet.detach_condition(*fast);
             known->second.state = State::kTriggered;
             collected_.push_back(&known->second);
         }
     }
     if (!isStopping_) {
-        wakeUp_.set_trigger_value(false);
+        middleware_->wakeUp.set_trigger_value(false);
     }
     return true;
 }
@@ -413,7 +429,7 @@ void DDS_AsyncWaitSet::handle(Attachment &attachment)
             // To be handled once more without being triggered rather than never again.
             attachment.state = State::kTriggered;
             queue_.insert(queue_.begin(), &attachment);
-            wakeUp_.set_trigger_value(true);
+            middleware_->wakeUp.set_trigger_value(true);
         }
     }
     handled_.notify_all();

@@ -9,20 +9,23 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <unordered_map>
 #include <vector>
 
-#include <fastdds/dds/core/condition/GuardCondition.hpp>
-#include <fastdds/dds/core/condition/WaitSet.hpp>
-
 #include "platform/dds/AsyncWaitSet.h"
 #include "platform/mavo/WorkerFactory.h"
 #include "platform/osapi/Thread.h"
 
+namespace eprosima::fastdds::dds
+{
+class Condition;
+}
+
 struct DDS_AsyncWaitSet {
-    DDS_AsyncWaitSet() = default;
+    DDS_AsyncWaitSet();
     ~DDS_AsyncWaitSet();
     DDS_AsyncWaitSet(const DDS_AsyncWaitSet &) = delete;
     DDS_AsyncWaitSet &operator=(const DDS_AsyncWaitSet &) = delete;
@@ -80,8 +83,8 @@ private:
     DDS_AsyncWaitSetListener listener_ = {};
     MAVOWorkerFactory *workerFactory_ = nullptr;
     MAVOExclusiveArea *leadership_ = nullptr;
-    eprosima::fastdds::dds::WaitSet waitSet_;
-    eprosima::fastdds::dds::GuardCondition wakeUp_; // triggered while the pool stops
+    struct Middleware; // the middleware's own part
+    std::unique_ptr<Middleware> middleware_;
 
     std::mutex controlMutex_;         // one start or stop at a time; taken before the other one
     std::vector<PoolThread> threads_; // of its full size while they run; under that mutex
@@ -95,9 +98,6 @@ private:
     // Both have room for all that are attached.
     std::vector<Attachment *> collected_; // until the batch is complete
     std::vector<Attachment *> queue_;     // to be handled, the last one first
-
-    // The leader's alone.
-    eprosima::fastdds::dds::ConditionSeq active_;
 };
 
 #endif
