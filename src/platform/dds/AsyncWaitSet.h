@@ -93,8 +93,9 @@ DDS_ReturnCode_t DDS_AsyncWaitSet_attach_condition_with_completion_token(
     DDS_AsyncWaitSetCompletionToken *completionToken);
 
 /* Handle the condition no more: when the call returns its handler does not run, nor will it. Called from that very
- * handler, which then is the last to run, it does not wait. DDS_RETCODE_BAD_PARAMETER for NULL,
- * DDS_RETCODE_PRECONDITION_NOT_MET if it is not attached here. The caller may hold no lock that the handler takes.
+ * handler, which then is the last to run, it does not wait. Nothing to do for one that is attached nowhere.
+ * DDS_RETCODE_BAD_PARAMETER for NULL, DDS_RETCODE_PRECONDITION_NOT_MET if it is attached elsewhere or is being
+ * detached. The caller may hold no lock that the handler takes.
  * Fault point "dds.detach_condition". */
 DDS_ReturnCode_t DDS_AsyncWaitSet_detach_condition(DDS_AsyncWaitSet *self,
                                                    DDS_Condition *condition);

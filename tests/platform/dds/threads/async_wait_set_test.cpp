@@ -578,7 +578,7 @@ TEST_F(AsyncWaitSet, refusesWhatCannotBeAttachedOrDetached)
         DDS_AsyncWaitSet_new_with_listener(&DDS_ASYNC_WAITSET_PROPERTY_DEFAULT, nullptr);
     const zuv_test::LogCapture log;
     EXPECT_EQ(attach(trigger), DDS_RETCODE_PRECONDITION_NOT_MET) << "it has no handler";
-    EXPECT_EQ(detach(trigger), DDS_RETCODE_PRECONDITION_NOT_MET);
+    EXPECT_EQ(detach(trigger), DDS_RETCODE_OK) << "there is nothing to do";
     trigger.onTrigger([&] { trigger.release(); });
     EXPECT_EQ(DDS_AsyncWaitSet_attach_condition_with_completion_token(waitSet, trigger.condition(),
                                                                       nullptr),
@@ -594,11 +594,10 @@ TEST_F(AsyncWaitSet, refusesWhatCannotBeAttachedOrDetached)
               DDS_RETCODE_PRECONDITION_NOT_MET);
     EXPECT_TRUE(log.isExactly(
         {{&ZUV_LOG_ANY_FAILURE_s, "!attach a condition without a handler"},
-         {&ZUV_LOG_ANY_FAILURE_s, "!detach a condition that is not attached"},
          {&DDS_LOG_BAD_PARAMETER_s, "!accept parameter completionToken"},
          {&ZUV_LOG_ANY_FAILURE_s, "!attach a condition that is attached"},
          {&ZUV_LOG_ANY_FAILURE_s, "!attach a condition that is attached"},
-         {&ZUV_LOG_ANY_FAILURE_s, "!detach a condition that is not attached"},
+         {&ZUV_LOG_ANY_FAILURE_s, "!detach a condition that is attached elsewhere"},
          {&ZUV_LOG_ANY_FAILURE_s, "!set the handler of a condition that is attached"}}));
     EXPECT_EQ(DDS_AsyncWaitSet_delete(other), DDS_RETCODE_OK);
 }
