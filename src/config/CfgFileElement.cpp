@@ -24,7 +24,7 @@ struct Order {
     Tags children;
 };
 const Order kOrders[] = {
-    {"brel_service", BREL_XML_SERVICE_TAGS},   {"domain_route", BREL_XML_DOMAIN_ROUTE_TAGS},
+    {"domain_route", BREL_XML_DOMAIN_ROUTE_TAGS},
     {"connection", BREL_XML_CONNECTION_TAGS},  {"participant", BREL_XML_CONNECTION_TAGS},
     {"session", BREL_XML_SESSION_TAGS},        {"route", BREL_XML_ROUTE_TAGS},
     {"topic_route", BREL_XML_ROUTE_TAGS},      {"auto_route", BREL_XML_ROUTE_TAGS},
@@ -152,11 +152,6 @@ int BRELCfgFileElement_update(int *updated, BRELCfgFileElement *self,
 void BRELCfgFileElement_finalize(BRELCfgFileElement *self)
 {
     IS_NULL(self);
-}
-
-int BRELCfgFileService_isXmlServiceObject(const ZUVXMLUTILSObject *xmlObject)
-{
-    return !IS_NULL(xmlObject) && hasTag(xmlObject, "brel_service");
 }
 
 int BRELCfgFileTopicRoute_isXmlTopicRouteObject(const ZUVXMLUTILSObject *xmlObject)

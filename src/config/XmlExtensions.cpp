@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "config/CfgFileElement.h"
+#include "config/CfgFileService.h"
 #include "config/XmlLog.hpp"
 #include "config/XmlSupport.hpp"
 #include "platform/osapi/Object.hpp"
@@ -29,11 +30,15 @@ struct Builtin {
     {                                                                                              \
         TAG, &BRELCfgFileElement_new, &BRELCfgFileElement_setUp, &BRELCfgFileElement_delete        \
     }
+#define SERVICE(TAG)                                                                               \
+    {                                                                                              \
+        TAG, &BRELCfgFileService_new, &BRELCfgFileService_setUp, &BRELCfgFileService_delete        \
+    }
 constexpr Builtin kBuiltins[] = {
     PLAIN("adapter_library"),      PLAIN("transformation_library"),
     PLAIN("plugin_library"),       PLAIN("adapter_plugin"),
     PLAIN("java_adapter_plugin"),  PLAIN("transformation_plugin"),
-    PLAIN("processor_plugin"),     WITH_SET_UP("brel_service"),
+    PLAIN("processor_plugin"),     SERVICE("brel_service"),
     WITH_SET_UP("domain_route"),   WITH_SET_UP("connection"),
     WITH_SET_UP("participant"),    WITH_SET_UP("session"),
     WITH_SET_UP("route"),          WITH_SET_UP("topic_route"),

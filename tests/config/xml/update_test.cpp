@@ -369,7 +369,7 @@ TEST_F(XmlUpdate, aServiceThatIsRefusedReplacesNone)
     EXPECT_EQ(saved(parser), before);
     ASSERT_NE(add("::", "<brel_service name='D' enabled='0'/>"), nullptr);
     EXPECT_EQ(childrenOf(parser->_xmlRoot), (std::vector<std::string>{"S", "D"}));
-    EXPECT_EQ(recordAt(parser, "D")->enabled, 0);
+    EXPECT_STREQ(ZUVXMLUTILSObject_getAttribute(at(parser, "D"), "enabled"), "0");
 }
 
 TEST_F(XmlUpdate, theRootHasNoUpdate)
