@@ -31,7 +31,7 @@ ChildIndex::Place &placeOf(const _xmlNode *child)
 
 void NodeTable::add(std::size_t hash, _xmlNode *node)
 {
-    if ((filledCount_ + removedCount_ + 1) * 4 > slots_.size() * 3) {
+    if ((filledCount_ + 1) * 4 > slots_.size() * 3) {
         grow();
     }
     put(hash, node);
@@ -52,14 +52,23 @@ void NodeTable::remove(std::size_t hash, const _xmlNode *node)
     if (slots_.empty()) {
         return;
     }
-    for (std::size_t at = home(hash); slots_[at].node != nullptr; at = next(at)) {
-        if (slots_[at].node == node) {
-            slots_[at].node = removed();
-            --filledCount_;
-            ++removedCount_;
+    std::size_t at = home(hash);
+    while (slots_[at].node != node) {
+        if (slots_[at].node == nullptr) {
             return;
         }
+        at = next(at);
     }
+    // What was put behind it because this slot was taken moves up. A mark in its place would make the way longer
+    // with each node of the same hash that comes and goes, as updates do.
+    for (std::size_t behind = next(at); slots_[behind].node != nullptr; behind = next(behind)) {
+        if (distance(home(slots_[behind].hash), behind) >= distance(at, behind)) {
+            slots_[at] = slots_[behind];
+            at = behind;
+        }
+    }
+    slots_[at] = {};
+    --filledCount_;
 }
 
 void NodeTable::grow()
@@ -70,9 +79,8 @@ void NodeTable::grow()
     }
     HeapVector<Slot> old(size);
     old.swap(slots_);
-    removedCount_ = 0;
     for (const Slot &slot : old) {
-        if (slot.node != nullptr && slot.node != removed()) {
+        if (slot.node != nullptr) {
             put(slot.hash, slot.node);
         }
     }

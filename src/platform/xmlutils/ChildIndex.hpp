@@ -29,7 +29,7 @@ public:
             return;
         }
         for (std::size_t at = home(hash); slots_[at].node != nullptr; at = next(at)) {
-            if (slots_[at].hash == hash && slots_[at].node != removed()) {
+            if (slots_[at].hash == hash) {
                 visit(slots_[at].node);
             }
         }
@@ -41,15 +41,18 @@ private:
         _xmlNode *node = nullptr;
     };
 
-    static _xmlNode *removed() { return reinterpret_cast<_xmlNode *>(std::uintptr_t{1}); }
     std::size_t home(std::size_t hash) const { return hash & (slots_.size() - 1); }
     std::size_t next(std::size_t at) const { return (at + 1) & (slots_.size() - 1); }
+    // How many steps of next() lead from the one slot to the other.
+    std::size_t distance(std::size_t from, std::size_t to) const
+    {
+        return (to - from) & (slots_.size() - 1);
+    }
     void put(std::size_t hash, _xmlNode *node);
     void grow();
 
     HeapVector<Slot> slots_; // as many as a power of two
     std::size_t filledCount_ = 0;
-    std::size_t removedCount_ = 0;
 };
 
 class ChildIndex
