@@ -34,10 +34,16 @@ bool comesFromDefaultFile(const Object *xmlObject)
 class NamePass
 {
 public:
-    NamePass(BRELCfgFileParser &parser, Object *top) : parser_(parser), top_(top) {}
+    NamePass(BRELCfgFileParser &parser, Object *top)
+        : parser_(parser), top_(top), hasVariables_(ZUVXMLUTILSObject_mayHoldVariables(top) != 0)
+    {
+    }
 
     bool run()
     {
+        if (!hasVariables_ && !defineVariables()) {
+            return false;
+        }
         const ZUVXMLUTILSVisitor visitor = {
             this, [](void *self, Object *xmlObject) {
                 return static_cast<int>(static_cast<NamePass *>(self)->visit(xmlObject));
@@ -49,11 +55,35 @@ public:
     Object *replaced() const { return replaced_; }
 
 private:
-    bool visit(Object *xmlObject)
+    bool expand(Object *xmlObject)
     {
         const ZUVXMLUTILSVisitor &expansor = parser_._variableExpansor._visitor;
         if (!expansor.visit(expansor.visitorData, xmlObject)) {
             BREL_XML_FAILURE(&ZUVXMLUTILS_LOG_PARSER_PARSE_FAILURE_ds, BREL_XML_PLACE(xmlObject));
+            return false;
+        }
+        return true;
+    }
+
+    // Without references only definitions matter: to what comes later.
+    bool defineVariables()
+    {
+        constexpr const char *kTag = "configuration_variables";
+        if (top_ != parser_._xmlRoot) {
+            return expand(top_);
+        }
+        Object *child = ZUVXMLUTILSObject_getFirstChildWithTag(top_, kTag);
+        for (; child != nullptr; child = ZUVXMLUTILSObject_getNextSiblingWithTag(child, kTag)) {
+            if (!expand(child)) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    bool visit(Object *xmlObject)
+    {
+        if (hasVariables_ && !expand(xmlObject)) {
             return false;
         }
         if (BRELCfgFileParser_lookUpExtension(&parser_, ZUVXMLUTILSObject_getTagName(xmlObject)) ==
@@ -100,6 +130,7 @@ private:
 
     BRELCfgFileParser &parser_;
     Object *top_;
+    bool hasVariables_;
     Object *replaced_ = nullptr;
 };
 

@@ -83,8 +83,9 @@ bool isSchemaLocation(const RawAttribute &attribute)
 // The program binds elements to each other by addresses in this attribute.
 bool isReserved(const RawAttribute &attribute)
 {
+    const char *const name = reinterpret_cast<const char *>(attribute.name);
     return attribute.prefix == nullptr &&
-           view(attribute.name) == ZUVXMLUTILS_RESERVED_ATTRIBUTE_NAME;
+           std::strcmp(name, ZUVXMLUTILS_RESERVED_ATTRIBUTE_NAME) == 0;
 }
 
 const char *whatIsWrong(const xmlParserCtxt &parser, const xmlChar *tag, const xmlChar *uri,

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include <libxml/parser.h>
+#include <libxml/parserInternals.h>
 #include <libxml/tree.h>
 
 #include "platform/xmlutils/LibraryScope.hpp"
@@ -24,6 +25,13 @@ std::string_view view(const xmlChar *text)
 const xmlChar *toXml(const char *text)
 {
     return reinterpret_cast<const xmlChar *>(text);
+}
+
+// Ends where the texts differ, most often at once.
+bool isEqual(const xmlChar *text, std::string_view other)
+{
+    const char *const begin = reinterpret_cast<const char *>(text);
+    return std::strncmp(begin, other.data(), other.size()) == 0 && begin[other.size()] == '\0';
 }
 
 xmlNode *elementFrom(xmlNode *node, xmlNode *xmlNode::*direction)
@@ -56,9 +64,14 @@ void changeIndexOf(const xmlNode *child, Change &&change)
     }
 }
 
-// A full name that is cached beneath a renamed element is out of date. Records may have borrowed it.
+// A full name that is cached beneath a renamed element is out of date. Records may have borrowed it. Whoever has one
+// has them all the way up.
 void retireFullNames(xmlNode *top)
 {
+    const NodeRecord *const topRecord = recordOf(top);
+    if (topRecord == nullptr || topRecord->fullName == nullptr) {
+        return;
+    }
     for (xmlNode *node = top; node != nullptr; node = nextInSubtree(node, top)) {
         NodeRecord *const record = recordOf(node);
         if (record != nullptr && record->fullName != nullptr) {
@@ -82,34 +95,48 @@ bool isName(std::string_view attribute)
     return attribute == "name";
 }
 
+// Nodes of a program's own are not made by libxml2, to which somebody would have to listen for a want of memory.
 xmlAttr *addAttribute(xmlNode *node, const char *name)
 {
-    const LibraryScope scope;
-    xmlAttr *const attribute = xmlNewProp(node, toXml(name), nullptr);
-    if (attribute != nullptr && scope.isOutOfMemory()) {
-        xmlRemoveProp(attribute);
+    const xmlChar *const knownName = xmlDictLookup(node->doc->dict, toXml(name), -1);
+    void *const room = knownName != nullptr ? xmlMalloc(sizeof(xmlAttr)) : nullptr;
+    if (room == nullptr) {
         return nullptr;
     }
-    return attribute;
+    xmlAttr *const attribute = new (room) xmlAttr();
+    attribute->type = XML_ATTRIBUTE_NODE;
+    attribute->name = knownName;
+    attribute->parent = node;
+    attribute->doc = node->doc;
+    xmlAttr **link = &node->properties;
+    while (*link != nullptr) {
+        attribute->prev = *link;
+        link = &(*link)->next;
+    }
+    return *link = attribute;
 }
 
 // A short text lies in its node, where libxml2 itself puts those of documents.
 NodePointer newText(xmlDoc *document, const char *text)
 {
-    const LibraryScope scope;
-    const std::size_t size = std::strlen(text) + 1;
-    const bool isShort = size <= sizeof(xmlNode::properties) + sizeof(xmlNode::nsDef);
-    NodePointer node(xmlNewDocText(document, isShort ? nullptr : toXml(text)));
-    if (node == nullptr || scope.isOutOfMemory()) {
+    static_assert(offsetof(xmlNode, nsDef) == offsetof(xmlNode, properties) + sizeof(void *));
+    void *const room = xmlMalloc(sizeof(xmlNode));
+    if (room == nullptr) {
         return nullptr;
     }
-    if (isShort) {
-        void *const room = &node->properties;
-        node->content = static_cast<xmlChar *>(std::memcpy(room, text, size));
+    NodePointer node(new (room) xmlNode());
+    node->type = XML_TEXT_NODE;
+    node->name = xmlStringText;
+    node->doc = document;
+    const std::size_t size = std::strlen(text) + 1;
+    const bool isShort = size <= sizeof(xmlNode::properties) + sizeof(xmlNode::nsDef);
+    void *const content = isShort ? &node->properties : xmlMalloc(size);
+    if (content == nullptr) {
+        return nullptr;
     }
+    node->content = static_cast<xmlChar *>(std::memcpy(content, text, size));
     return node;
 }
-static_assert(offsetof(xmlNode, nsDef) == offsetof(xmlNode, properties) + sizeof(void *));
 
 void linkLast(xmlNode *parent, xmlNode *node)
 {
@@ -236,7 +263,7 @@ xmlNode *firstOfTag(const xmlNode *parent, std::string_view tag)
         return index->firstOfTag(tag);
     }
     xmlNode *child = firstChildOf(parent);
-    while (child != nullptr && tagOf(child) != tag) {
+    while (child != nullptr && !isEqual(child->name, tag)) {
         child = nextOf(child);
     }
     return child;
@@ -249,7 +276,7 @@ xmlNode *nextWithTag(const xmlNode *node)
         return index->nextOfTag(node);
     }
     xmlNode *sibling = nextOf(node);
-    while (sibling != nullptr && tagOf(sibling) != tagOf(node)) {
+    while (sibling != nullptr && !isEqual(sibling->name, tagOf(node))) {
         sibling = nextOf(sibling);
     }
     return sibling;
@@ -274,7 +301,7 @@ const char *contentOf(const xmlNode *node)
 xmlAttr *findAttribute(const xmlNode *node, std::string_view name)
 {
     for (xmlAttr *attribute = node->properties; attribute != nullptr; attribute = attribute->next) {
-        if (attribute->ns == nullptr && view(attribute->name) == name) {
+        if (attribute->ns == nullptr && isEqual(attribute->name, name)) {
             return attribute;
         }
     }
