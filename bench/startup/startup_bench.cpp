@@ -3,9 +3,9 @@
 // session is measured; help, which is short, four times as often.
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <fcntl.h>
@@ -16,6 +16,7 @@
 #include <unistd.h>
 
 #include "support/Loopback.h"
+#include "support/Ratio.h"
 
 namespace
 {
@@ -32,19 +33,13 @@ struct Limit {
     double memory;
 };
 
-[[noreturn]] void give_up(const std::string &what)
-{
-    std::fprintf(stderr, "startup_bench: %s\n", what.c_str());
-    std::exit(EXIT_FAILURE);
-}
-
 // A file that holds `text`, ready to be read as standard input.
 int inputHolding(const char *text)
 {
     const int file = memfd_create("input", MFD_CLOEXEC);
     if (file < 0 || write(file, text, std::char_traits<char>::length(text)) < 0 ||
         lseek(file, 0, SEEK_SET) != 0) {
-        give_up("no input file");
+        bench::giveUp("no input file");
     }
     return file;
 }
@@ -69,32 +64,25 @@ Sample run(const Command &command, const char *input, int expectedStatus)
     const auto start = std::chrono::steady_clock::now();
     if (posix_spawn(&child, arguments[0], &actions, nullptr, arguments.data(), environ) != 0 ||
         wait4(child, &status, 0, &usage) != child) {
-        give_up("cannot run " + command.front());
+        bench::giveUp("cannot run " + command.front());
     }
     const std::chrono::duration<double, std::milli> elapsed =
         std::chrono::steady_clock::now() - start;
     posix_spawn_file_actions_destroy(&actions);
     close(inputFile);
     if (!WIFEXITED(status) || WEXITSTATUS(status) != expectedStatus) {
-        give_up(command.front() + " ended in an unexpected way");
+        bench::giveUp(command.front() + " ended in an unexpected way");
     }
     return {elapsed.count(), static_cast<double>(usage.ru_maxrss)};
 }
 
-double median(std::vector<Sample> samples, double Sample::*field)
+double medianOf(const std::vector<Sample> &samples, double Sample::*field)
 {
-    const auto middle = samples.begin() + static_cast<std::ptrdiff_t>(samples.size() / 2);
-    std::nth_element(samples.begin(), middle, samples.end(),
-                     [field](const Sample &a, const Sample &b) { return a.*field < b.*field; });
-    return (*middle).*field;
-}
-
-bool printRatio(const char *what, const char *unit, double ours, double baseline, double limit)
-{
-    const double ratio = ours / baseline;
-    std::printf("%-34s %10.2f %10.2f %-3s  ratio %5.3f  limit %4.2f  %s\n", what, ours, baseline,
-                unit, ratio, limit, ratio <= limit ? "ok" : "ABOVE");
-    return ratio <= limit;
+    std::vector<double> values;
+    for (const Sample &sample : samples) {
+        values.push_back(sample.*field);
+    }
+    return bench::median(std::move(values));
 }
 
 bool compare(const std::string &what, int rounds, const Command &ours, const char *input,
@@ -108,12 +96,13 @@ bool compare(const std::string &what, int rounds, const Command &ours, const cha
         oursSamples.push_back(run(ours, input, status));
         baselineSamples.push_back(run(baseline, "", EXIT_SUCCESS));
     }
-    const bool isFast =
-        printRatio((what + ", time").c_str(), "ms", median(oursSamples, &Sample::milliseconds),
-                   median(baselineSamples, &Sample::milliseconds), limit.time);
-    const bool isSmall = printRatio(
-        (what + ", memory").c_str(), "KiB", median(oursSamples, &Sample::residentKibibytes),
-        median(baselineSamples, &Sample::residentKibibytes), limit.memory);
+    const auto isWithin = [&](const char *quantity, const char *unit, double Sample::*field,
+                              double allowed) {
+        return bench::printRatio(what + quantity, unit, medianOf(oursSamples, field),
+                                 medianOf(baselineSamples, field), allowed);
+    };
+    const bool isFast = isWithin(", time", "ms", &Sample::milliseconds, limit.time);
+    const bool isSmall = isWithin(", memory", "KiB", &Sample::residentKibibytes, limit.memory);
     return isFast && isSmall;
 }
 
@@ -123,7 +112,7 @@ int main(int argc, char **argv)
 {
     const int rounds = argc > 1 ? std::max(1, std::atoi(argv[1])) : 51;
     const std::string domain = std::to_string(zuv_test::loopbackDomainId());
-    std::printf("%-34s %10s %10s\n", "median", "zuvbsh", "bare");
+    bench::printTitle("median", "zuvbsh", "bare");
     const bool isHelpGood =
         compare("-help", 4 * rounds, {ZUVBSH, "-help"}, "", 255, {BARE_LINK}, {1.1, 1.25});
     const bool isExitGood = compare("exit", rounds, {ZUVBSH, "-domainId", domain}, "exit\n",

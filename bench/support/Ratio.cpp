@@ -53,11 +53,12 @@ bool printRatio(const std::string &what, const char *unit, double ours, double b
     return isGood;
 }
 
-bool printBound(const std::string &what, const char *unit, double ours, double limit)
+bool printBound(const std::string &what, const char *unit, double ours, double baseline,
+                double limit)
 {
     const bool isGood = ours <= limit;
-    std::printf("%-*s %11.3f %11s %-3s  %11s  limit %4.0f  %s\n", kNameWidth, what.c_str(), ours,
-                "", unit, "", limit, verdict(isGood));
+    std::printf("%-*s %11.3f %11.3f %-3s  %11s  limit %4.0f  %s\n", kNameWidth, what.c_str(), ours,
+                baseline, unit, "", limit, verdict(isGood));
     return isGood;
 }
 

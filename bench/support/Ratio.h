@@ -20,8 +20,9 @@ void printTitle(const std::string &what, const std::string &ours, const std::str
 // True if `ours` is at most `limit` times `baseline`.
 bool printRatio(const std::string &what, const char *unit, double ours, double baseline,
                 double limit);
-// True if `ours` is at most `limit`, which has no baseline.
-bool printBound(const std::string &what, const char *unit, double ours, double limit);
+// True if `ours` is at most `limit`, whatever the baseline.
+bool printBound(const std::string &what, const char *unit, double ours, double baseline,
+                double limit);
 
 } // namespace bench
 

@@ -21,11 +21,14 @@ namespace rtps = eprosima::fastrtps::rtps;
 constexpr char kLoopbackAddress[] = "127.0.0.1";
 constexpr std::uint32_t kSegmentSize = 8 * 1024 * 1024;    // several large messages at once
 constexpr std::uint32_t kMaxMessageSize = 2 * 1024 * 1024; // a body of 1 MiB goes in one piece
+// A peer's port is trusted when its reader has been awake within this time. The first message to a peer waits a third
+// of it, and nothing else is found meanwhile.
+constexpr std::uint32_t kHealthyCheckMilliseconds = 240;
 constexpr std::uint32_t kSocketBufferSize = 4 * 1024 * 1024;
 // Peers are found by trying the ports of so many participants on the host.
 constexpr std::uint32_t kMaxInitialPeersRange = 64;
 // A lost announcement costs this much, in place of seconds.
-const eprosima::fastrtps::Duration_t kAnnouncementPeriod{0, 300'000'000};
+const eprosima::fastrtps::Duration_t kAnnouncementPeriod{0, 100'000'000};
 // How long a killed process counts as alive.
 const eprosima::fastrtps::Duration_t kLeaseDuration{5, 0};
 
@@ -42,6 +45,7 @@ void applyLoopback(fast::DomainParticipantQos &qos)
     auto sharedMemory = std::make_shared<transport::SharedMemTransportDescriptor>();
     sharedMemory->segment_size(kSegmentSize);
     sharedMemory->max_message_size(kMaxMessageSize);
+    sharedMemory->healthy_check_timeout_ms(kHealthyCheckMilliseconds);
     auto udp = std::make_shared<transport::UDPv4TransportDescriptor>();
     udp->interfaceWhiteList = {kLoopbackAddress};
     udp->maxInitialPeersRange = kMaxInitialPeersRange;

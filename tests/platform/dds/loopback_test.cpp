@@ -117,6 +117,7 @@ TEST(Loopback, profileReachesTheParticipantWithTheSizesThatTheRoomHasToo)
                 qos->transport().user_transports[0]);
         ASSERT_NE(sharedMemory, nullptr);
         EXPECT_EQ(sharedMemory->segment_size(), 8U << 20);
+        EXPECT_EQ(sharedMemory->healthy_check_timeout_ms(), 240U);
         EXPECT_EQ(sharedMemory->max_message_size(), 2U << 20);
         const auto udp = std::dynamic_pointer_cast<transport::UDPv4TransportDescriptor>(
             qos->transport().user_transports[1]);
@@ -127,7 +128,7 @@ TEST(Loopback, profileReachesTheParticipantWithTheSizesThatTheRoomHasToo)
         EXPECT_EQ(udp->receiveBufferSize, 4U << 20);
         const auto &builtin = qos->wire_protocol().builtin;
         EXPECT_EQ(builtin.discovery_config.leaseDuration.seconds, 5);
-        EXPECT_EQ(builtin.discovery_config.leaseDuration_announcementperiod.nanosec, 300000000U);
+        EXPECT_EQ(builtin.discovery_config.leaseDuration_announcementperiod.nanosec, 100000000U);
         EXPECT_TRUE(builtin.metatrafficMulticastLocatorList.empty());
     }
     zuv_test::leaveDomain(participant);
