@@ -149,8 +149,9 @@ constexpr QosField kGroupDataFields[] = {
 constexpr QosField kDurabilityFields[] = {
     enumeration("kind", AT(Durability, kind), kDurabilityKinds, DDS_VOLATILE_DURABILITY_QOS,
                 kMiddleware,
-                "The last two keep samples beyond the writer's life only with a plug-in for "
-                "persistence, which the property \"dds.persistence.plugin\" names."),
+                "TRANSIENT needs a persistence service of the middleware, which the properties "
+                "`dds.persistence.plugin` and `dds.persistence.guid` name; without one, and with "
+                "PERSISTENT, the endpoint is refused."),
 };
 constexpr QosField kDurabilityServiceFields[] = {
     duration("service_cleanup_delay", AT(DurabilityService, service_cleanup_delay), kZero,
@@ -237,9 +238,9 @@ constexpr QosField kWriterDataLifecycleFields[] = {
 };
 constexpr QosField kReaderDataLifecycleFields[] = {
     duration("autopurge_nowriter_samples_delay",
-             AT(ReaderDataLifecycle, autopurge_nowriter_samples_delay), kInfinite, kMiddleware),
+             AT(ReaderDataLifecycle, autopurge_nowriter_samples_delay), kInfinite, kAnnounced),
     duration("autopurge_disposed_samples_delay",
-             AT(ReaderDataLifecycle, autopurge_disposed_samples_delay), kInfinite, kMiddleware),
+             AT(ReaderDataLifecycle, autopurge_disposed_samples_delay), kInfinite, kAnnounced),
 };
 constexpr QosField kRepresentationFields[] = {
     empty("value", QosFieldKind::kRepresentations, AT(DataRepresentation, value), kAnnounced,

@@ -1,6 +1,8 @@
 // Each field of a QoS is looked for in the middleware's own entity: those that it has, and what is told of the others.
+#include <chrono>
 #include <set>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -88,14 +90,24 @@ std::string propertyOf(const eprosima::fastrtps::rtps::PropertyPolicy &policy)
     }
     return "";
 }
+// Those with a port of their own, and the addresses of the others, of which each may stand for many ports.
 std::string peersOf(const eprosima::fastrtps::rtps::LocatorList_t &peers)
 {
-    std::string text;
+    constexpr std::uint32_t kOwnPortMax = 7411; // below the ports of the tests' domains
+    std::string withPort;
+    std::set<std::string> others;
     for (const auto &peer : peers) {
-        text += eprosima::fastrtps::rtps::IPLocator::toIPv4string(peer) + ":" +
-                std::to_string(peer.port) + " ";
+        const std::string address = eprosima::fastrtps::rtps::IPLocator::toIPv4string(peer);
+        if (peer.port > 0 && peer.port < kOwnPortMax) {
+            withPort += address + ":" + std::to_string(peer.port) + " ";
+        } else {
+            others.insert(address);
+        }
     }
-    return text;
+    for (const std::string &address : others) {
+        withPort += address;
+    }
+    return withPort;
 }
 std::string transportsOf(const fast::DomainParticipantQos &qos)
 {
@@ -251,7 +263,7 @@ TEST_F(QosMapping, setsWhatAParticipantHas)
              [](const Fast &qos) { return propertyOf(qos.properties()); }},
             {"participant_name.name", 0, "a name",
              [](const Fast &qos) { return std::string(qos.name().c_str()); }},
-            {"discovery.initial_peers", 0, "127.0.0.1:0 127.0.0.2:7410 ",
+            {"discovery.initial_peers", 0, "127.0.0.2:7410 127.0.0.1",
              [](const Fast &qos) { return peersOf(qos.wire_protocol().builtin.initialPeersList); },
              [](DDS_DomainParticipantQos &qos) {
                  zuv_test::setTexts(qos.discovery.initial_peers,
@@ -528,6 +540,70 @@ TEST_F(QosNotices, areToldOnceForEachField)
         zuv::dds::finalizeQos(*table, record);
     }
     EXPECT_EQ(toldCount + 2, expectedCount);
+}
+
+// What the table says the middleware does not act on. When a later one does, the table is to be changed.
+class WithoutEffect : public testing::Test
+{
+protected:
+    static DDS_Long readableCount(zuv_test::Link<QuestionType> &link)
+    {
+        Test_QuestionSeq samples = DDS_SEQUENCE_INITIALIZER;
+        DDS_SampleInfoSeq infos = DDS_SEQUENCE_INITIALIZER;
+        Test_QuestionDataReader *const reader = Test_QuestionDataReader_narrow(link.reader);
+        Test_QuestionDataReader_read(reader, &samples, &infos, DDS_LENGTH_UNLIMITED,
+                                     DDS_ANY_SAMPLE_STATE, DDS_ANY_VIEW_STATE,
+                                     DDS_ANY_INSTANCE_STATE);
+        const DDS_Long count = Test_QuestionSeq_get_length(&samples);
+        Test_QuestionDataReader_return_loan(reader, &samples, &infos);
+        return count;
+    }
+};
+
+TEST_F(WithoutEffect, isATimeBetweenSamples)
+{
+    zuv_test::Link<QuestionType> link([](DDS_DataWriterQos &, DDS_DataReaderQos &reader) {
+        reader.time_based_filter.minimum_separation = {100, 0};
+    });
+    ASSERT_TRUE(link.waitForMatch());
+    EXPECT_EQ(zuv_test::write(link.writer, zuv_test::Question(1, "one")), DDS_RETCODE_OK);
+    EXPECT_EQ(zuv_test::write(link.writer, zuv_test::Question(1, "two")), DDS_RETCODE_OK);
+    EXPECT_TRUE(zuv_test::eventually([&] { return readableCount(link) == 2; }));
+}
+
+TEST_F(WithoutEffect, isATimeAfterWhichSamplesGo)
+{
+    zuv_test::Link<QuestionType> link([](DDS_DataWriterQos &, DDS_DataReaderQos &reader) {
+        reader.reader_data_lifecycle.autopurge_nowriter_samples_delay = {0, 1};
+        reader.reader_data_lifecycle.autopurge_disposed_samples_delay = {0, 1};
+    });
+    ASSERT_TRUE(link.waitForMatch());
+    const zuv_test::Question one(1, "one");
+    EXPECT_EQ(zuv_test::write(link.writer, one), DDS_RETCODE_OK);
+    EXPECT_EQ(Test_QuestionDataWriter_dispose(Test_QuestionDataWriter_narrow(link.writer),
+                                              &one.value, nullptr),
+              DDS_RETCODE_OK);
+    EXPECT_TRUE(zuv_test::eventually([&] { return readableCount(link) == 2; }));
+    EXPECT_EQ(DDS_Publisher_delete_datawriter(link.publisher, link.writer), DDS_RETCODE_OK);
+    std::this_thread::sleep_for(std::chrono::milliseconds(20)); // far more than the delay
+    EXPECT_GE(readableCount(link), 2);
+}
+
+// A service that keeps samples beyond the writer's life would have to be named by properties.
+TEST_F(QosMapping, refusesADurabilityThatNobodyProvides)
+{
+    DDS_DataWriterQos qos = {};
+    zuv::dds::setQosDefaults(zuv::dds::kDataWriterQosRecord, &qos);
+    for (const auto kind : {DDS_TRANSIENT_DURABILITY_QOS, DDS_PERSISTENT_DURABILITY_QOS}) {
+        zuv_test::LogCapture log;
+        qos.durability.kind = kind;
+        EXPECT_EQ(DDS_Publisher_create_datawriter(
+                      DDS_DomainParticipant_get_implicit_publisher(participant_), topic_, &qos,
+                      nullptr, DDS_STATUS_MASK_NONE),
+                  nullptr)
+            << kind;
+        EXPECT_FALSE(log.isEmpty());
+    }
 }
 
 // -- Transports, peers and flow controllers --------------------------------------------------------------------

@@ -269,7 +269,7 @@ std::string effectOf(const QosField &field)
     case QosEffect::kMiddleware:
         return with("Acts.");
     case QosEffect::kAnnounced:
-        return with("Announced only: the middleware does not act on it. Told once.");
+        return with("Set in the middleware, which does not act on it. Told once.");
     case QosEffect::kSystem:
         return note;
     case QosEffect::kKept:
