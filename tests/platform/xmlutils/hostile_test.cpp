@@ -1,7 +1,6 @@
 // Documents from strangers: refused at once, with one line, and without touching anything.
 #include <cstddef>
 #include <cstdio>
-#include <ctime>
 #include <functional>
 
 #include <linux/filter.h>
@@ -14,6 +13,7 @@
 #include "XmlTest.h"
 #include "platform/xmlutils/Transformer.h"
 #include "platform/xmlutils/Validator.h"
+#include "support/CpuTime.h"
 
 namespace zuv_test
 {
@@ -127,26 +127,12 @@ const Case kCases[] = {
      "!accept text, line 1: element <d>: Namespace prefix x on a is not defined"},
 };
 
-// The processor's time of this thread: the machine may have other work.
-double cpuMilliseconds()
-{
-    timespec now = {};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
-}
-
 ZUVOsapiHeapStatistics heapStatistics()
 {
     ZUVOsapiHeapStatistics now;
     ZUVOsapiHeap_getStatistics(&now);
     return now;
 }
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr double kSlowness = 10;
-#else
-constexpr double kSlowness = 1;
-#endif
 
 // Let the kernel end this process when it opens a file or a socket, or asks for one. False if it cannot.
 bool forbidOpening()
