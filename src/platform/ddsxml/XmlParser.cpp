@@ -1,10 +1,12 @@
 #include "platform/ddsxml/XmlParser.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "platform/ddsxml/BuiltinProfiles.hpp"
 #include "platform/ddsxml/ExtensionClass.hpp"
 #include "platform/ddsxml/QosInheritance.hpp"
+#include "platform/ddsxml/Variables.hpp"
 #include "platform/ddsxml/XmlLog.hpp"
 #include "platform/ddsxml/XmlObject.hpp"
 #include "platform/osapi/Fault.h"
@@ -22,6 +24,7 @@ namespace
 {
 
 constexpr std::string_view kRootTag = "dds";
+constexpr const char *kVariableMark = "$("; // what a reference begins with
 
 struct TreeDeleter {
     void operator()(ZUVXMLUTILSObject *root) const { ZUVXMLUTILSParser_freeDom(root); }
@@ -104,6 +107,9 @@ ZUVXMLObject *read(const DDS_XMLParser &self, const char *text, ZUVXMLObject *ex
         ZUV_DDSXML_FAILURE(&ZUVXML_LOG_PARSER_UNEXPECTED_TAG_FAILURE_ds,
                            ZUVXMLUTILSObject_getLine(tree.get()),
                            ZUVXMLUTILSObject_getTagName(tree.get()));
+        return nullptr;
+    }
+    if (std::strstr(text, kVariableMark) != nullptr && !expandVariables(tree.get(), existingRoot)) {
         return nullptr;
     }
     ObjectOwner document = copyOf(tree.get());

@@ -34,7 +34,8 @@ void DDS_XMLParser_unregister_extension_class(DDS_XMLParser *self, ZUVXMLExtensi
 ZUVXMLExtensionClass *DDS_XMLParser_find_extension_class(const DDS_XMLParser *self,
                                                          const char *tagName);
 
-/* Read a document with the root "dds", and let the children of its root join `existingRoot`, behind what is
+/* Read a document with the root "dds", replace the references to variables in it by values from the environment of the
+ * process or from the elements "configuration_variables" that came last, in it or in the tree, and let the children of its root join `existingRoot`, behind what is
  * there; of a library that is there already by tag and name, the content joins that one. NULL for `existingRoot`
  * makes a tree of its own. Returns the root of the tree; NULL when the document is refused, or there is no
  * memory: then `existingRoot` is as it was. */

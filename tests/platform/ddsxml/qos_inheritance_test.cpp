@@ -1,4 +1,6 @@
 // What a QoS inherits: by base names, across libraries and documents, and by topic filters.
+#include <cstdlib>
+
 #include "QosTree.h"
 #include "platform/ddsxml/QosInheritance.hpp"
 #include "support/FaultSweep.h"
@@ -324,6 +326,56 @@ TEST_F(QosInheritance, startsFromTheBuiltInProfiles)
     ASSERT_TRUE(add(
         library("l", profile("name='p' base_name='BuiltinProfiles::LastValue'", reader("", 7)))));
     EXPECT_EQ(readerQos("l::p")->durability.kind, DDS_TRANSIENT_LOCAL_DURABILITY_QOS);
+}
+
+// -- Variables ---------------------------------------------------------------------------------------------------
+
+class QosVariables : public QosTree
+{
+protected:
+    static std::string variables(const std::string &entries)
+    {
+        return "<configuration_variables>" + entries + "</configuration_variables>";
+    }
+    static std::string variable(const std::string &name, const std::string &value)
+    {
+        return "<element><name>" + name + "</name><value>" + value + "</value></element>";
+    }
+    static std::string readerOf(const std::string &depth)
+    {
+        return "<datareader_qos name='q'><history><depth>" + depth +
+               "</depth></history></datareader_qos>";
+    }
+};
+
+TEST_F(QosVariables, comeFromTheDocumentAndFromThoseBefore)
+{
+    ASSERT_TRUE(add(variables(variable("DEPTH", "3") + variable("OTHER", "$(DEPTH)4")) +
+                    library("a", readerOf("$(DEPTH)"))));
+    EXPECT_EQ(readerQos("a::q")->history.depth, 3);
+    ASSERT_TRUE(add(library("b", readerOf("$(OTHER)"))));
+    EXPECT_EQ(readerQos("b::q")->history.depth, 34);
+    ASSERT_TRUE(add(library("$(LIBRARY)", readerOf("$(DEPTH)")) +
+                    variables("<value>" + variable("LIBRARY", "c") + variable("DEPTH", "5") +
+                              variable("DEPTH", "6") + "</value>")));
+    EXPECT_EQ(readerQos("c::q")->history.depth, 6) << "the last definition counts";
+}
+
+TEST_F(QosVariables, yieldToTheEnvironment)
+{
+    ASSERT_EQ(setenv("ZUV_TEST_DEPTH", "8", 1), 0);
+    EXPECT_TRUE(add(variables(variable("ZUV_TEST_DEPTH", "3")) +
+                    library("a", readerOf("$(ZUV_TEST_DEPTH)"))));
+    unsetenv("ZUV_TEST_DEPTH");
+    EXPECT_EQ(readerQos("a::q")->history.depth, 8);
+}
+
+TEST_F(QosVariables, refuseADocumentThatTheyMakeWrong)
+{
+    EXPECT_EQ(refusal(library("a", readerOf("$(NOBODY)"))),
+              "!read datareader_qos ::a::q: history.depth: '$(NOBODY)' is no number");
+    EXPECT_NE(refusal(variables(variable("X", "$(X)")) + library("a", readerOf("$(X)"))), "");
+    EXPECT_EQ(root_, nullptr);
 }
 
 } // namespace
