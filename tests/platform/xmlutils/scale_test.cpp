@@ -68,6 +68,33 @@ TEST_F(XmlScale, lookUpDoesNotWalkSiblings)
     });
 }
 
+// As the temporary elements of updates do.
+TEST_F(XmlScale, aNameThatComesAndGoesLeavesNoTrace)
+{
+    const Tree tree = makeTree(kMany);
+    const Tree snippet = parse("<topic_route/>");
+    ZUVXMLUTILSObject *const session = at(tree, "s");
+    const auto comeAndGo = [&] {
+        ZUVXMLUTILSObject *const copy = ZUVXMLUTILSObject_copyAsChild(session, snippet.get());
+        ASSERT_EQ(ZUVXMLUTILSObject_setName(copy, "TopicRoute1"), 1);
+        ASSERT_EQ(ZUVXMLUTILSObject_lookUpChild(session, "TopicRoute1"), copy);
+        ZUVXMLUTILSParser_freeDom(copy);
+        ASSERT_EQ(ZUVXMLUTILSObject_lookUpChild(session, "TopicRoute1"), nullptr);
+    };
+    const double costAtFirst = timeOf(20, comeAndGo);
+    for (int count = 0; count < 5000; ++count) {
+        comeAndGo();
+    }
+    EXPECT_LT(timeOf(20, comeAndGo), 5 * costAtFirst + 1);
+    // All others are found where they were put.
+    for (int index = 0; index < kMany; index += 7) {
+        const std::string name = "r" + std::to_string(index);
+        ASSERT_STREQ(
+            ZUVXMLUTILSObject_getName(ZUVXMLUTILSObject_lookUpChild(session, name.c_str())),
+            name.c_str());
+    }
+}
+
 TEST_F(XmlScale, anUpdateCostsWhatTheSnippetCosts)
 {
     expectSameCost([](const Tree &tree) {
