@@ -17,6 +17,77 @@ constexpr const char *kTag = "xml";
 thread_local std::uint32_t t_refusedAllocations = 0;
 thread_local int t_reserveScopes = 0;
 
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool kMayCache = false; // a block that waits would hide its uses
+#else
+constexpr bool kMayCache = true;
+#endif
+
+// Blocks by their size in steps, each list through the first word of the blocks.
+class BlockCache
+{
+public:
+    static constexpr std::size_t kStep = 16;
+    static constexpr std::size_t kSizeMax = 512;
+
+    bool isOpen() const { return scopes_ != 0; }
+    void open() { scopes_ += kMayCache; }
+    void close()
+    {
+        if (!isOpen() || --scopes_ != 0) {
+            return;
+        }
+        for (List &list : lists_) {
+            while (void *const block = list.pop()) {
+                ZUVOsapiHeap_free(block);
+            }
+        }
+    }
+
+    void *take(std::size_t size) { return lists_[(size - 1) / kStep].pop(); }
+
+    // False if there is no room for it.
+    bool give(void *block)
+    {
+        const std::size_t size = ZUVOsapiHeap_getBlockSize(block);
+        return size - 1 < kSizeMax && size % kStep == 0 && lists_[(size - 1) / kStep].push(block);
+    }
+
+    static bool isSmall(std::size_t size) { return size - 1 < kSizeMax; }
+    static std::size_t roundUp(std::size_t size) { return (size + kStep - 1) / kStep * kStep; }
+
+private:
+    struct List {
+        void *first = nullptr;
+        int count = 0;
+
+        void *pop()
+        {
+            void *const block = first;
+            if (block != nullptr) {
+                std::memcpy(&first, block, sizeof(first));
+                --count;
+            }
+            return block;
+        }
+        bool push(void *block)
+        {
+            constexpr int kCountMax = 64;
+            if (count == kCountMax) {
+                return false;
+            }
+            std::memcpy(block, &first, sizeof(first));
+            first = block;
+            ++count;
+            return true;
+        }
+    };
+
+    List lists_[kSizeMax / kStep];
+    int scopes_ = 0;
+};
+constinit thread_local BlockCache t_cache;
+
 void *allocateFromReserve(std::size_t size)
 {
     ++t_refusedAllocations;
@@ -25,6 +96,12 @@ void *allocateFromReserve(std::size_t size)
 
 void *allocate(std::size_t size)
 {
+    if (t_cache.isOpen() && BlockCache::isSmall(size)) {
+        if (void *const waiting = t_cache.take(size)) {
+            return waiting;
+        }
+        size = BlockCache::roundUp(size);
+    }
     void *const block = ZUVOsapiHeap_allocate(size, kTag);
     return block != nullptr ? block : allocateFromReserve(size);
 }
@@ -33,7 +110,7 @@ void release(void *block)
 {
     if (Reserve::instance().holds(block)) {
         Reserve::instance().free(block);
-    } else {
+    } else if (block == nullptr || !t_cache.isOpen() || !t_cache.give(block)) {
         ZUVOsapiHeap_free(block);
     }
 }
@@ -76,6 +153,16 @@ ReserveScope::ReserveScope()
 ReserveScope::~ReserveScope()
 {
     --t_reserveScopes;
+}
+
+BlockCacheScope::BlockCacheScope()
+{
+    t_cache.open();
+}
+
+BlockCacheScope::~BlockCacheScope()
+{
+    t_cache.close();
 }
 
 std::uint32_t refusedAllocations()

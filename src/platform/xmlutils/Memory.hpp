@@ -102,6 +102,17 @@ public:
     ReserveScope &operator=(const ReserveScope &) = delete;
 };
 
+// While one lives, small blocks that libxml2 gives back on this thread wait for its next demands, and go to the heap at
+// the end. For work that takes and gives many blocks and keeps none: validation.
+class BlockCacheScope
+{
+public:
+    BlockCacheScope();
+    ~BlockCacheScope();
+    BlockCacheScope(const BlockCacheScope &) = delete;
+    BlockCacheScope &operator=(const BlockCacheScope &) = delete;
+};
+
 // The result of `body`, or `failure` when memory ran out, after `onFailure()`.
 template <typename Result, typename Body, typename OnFailure>
 Result withMemory(Result failure, OnFailure &&onFailure, Body &&body)

@@ -128,6 +128,7 @@ bool addRoots(ZUVXMLUTILSValidator &self, const ZUVXMLUTILSPropertyList &roots, 
 
 bool validate(const ZUVXMLUTILSValidator &self, xmlNode *element, Problem &problem)
 {
+    const BlockCacheScope cache;
     const ReserveScope reserve;
     LibraryScope scope;
     const ValidationPointer validation(xmlSchemaNewValidCtxt(self.schema.get()));
