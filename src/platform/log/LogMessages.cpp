@@ -27,6 +27,7 @@ const ZUVLogMessage ZUV_LOG_INVALID_s = {kGeneral + 10, "!accept %s: it is not v
 const ZUVLogMessage ZUV_LOG_BAD_STRING_FORMAT_ss = {kGeneral + 11,
                                                     "!read %s: bad format of '%s'\n"};
 const ZUVLogMessage ZUV_LOG_SEMAPHORE_GIVE_FAILURE = {kGeneral + 12, "!give semaphore\n"};
+const ZUVLogMessage ZUV_LOG_ENABLE_FAILURE_s = {kGeneral + 13, "!enable %s\n"};
 
 const ZUVLogMessage ZUV_LOG_FAILURE_TEMPLATE = {kTemplate + 0, "!%s\n"};
 const ZUVLogMessage ZUV_LOG_FAILED_TO_ALLOCATE_TEMPLATE = {kTemplate + 1, "!allocate %s\n"};
@@ -40,6 +41,7 @@ const ZUVLogMessage ZUV_LOG_BAD_PARAMETER_FAILURE_TEMPLATE = {kTemplate + 8,
                                                               "!accept parameter %s\n"};
 const ZUVLogMessage ZUV_LOG_CONFIG_FAILURE_TEMPLATE = {kTemplate + 9, "!configure: %s\n"};
 const ZUVLogMessage ZUV_LOG_FAILED_TO_LOCK_TEMPLATE = {kTemplate + 10, "!lock %s\n"};
+const ZUVLogMessage ZUV_LOG_FAILED_TO_FINALIZE_TEMPLATE = {kTemplate + 11, "!finalize %s\n"};
 
 const ZUVLogMessage ZUV_OSAPI_MEMORY_LOG_OUT_OF_HEAP_ARRAY_dd = {
     kOsapi + 0, "!allocate array of %d elements of %d bytes: out of memory\n"};

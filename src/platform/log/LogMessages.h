@@ -33,6 +33,7 @@ extern const ZUVLogMessage ZUV_LOG_INIT_FAILURE_s;
 extern const ZUVLogMessage ZUV_LOG_INVALID_s;            /* what is not valid */
 extern const ZUVLogMessage ZUV_LOG_BAD_STRING_FORMAT_ss; /* what was read; its text */
 extern const ZUVLogMessage ZUV_LOG_SEMAPHORE_GIVE_FAILURE;
+extern const ZUVLogMessage ZUV_LOG_ENABLE_FAILURE_s;
 
 /* General, for ZUV_LOG_TEMPLATE. */
 extern const ZUVLogMessage ZUV_LOG_FAILURE_TEMPLATE;
@@ -46,6 +47,7 @@ extern const ZUVLogMessage ZUV_LOG_FAILED_TO_PARSE_TEMPLATE;
 extern const ZUVLogMessage ZUV_LOG_BAD_PARAMETER_FAILURE_TEMPLATE;
 extern const ZUVLogMessage ZUV_LOG_CONFIG_FAILURE_TEMPLATE;
 extern const ZUVLogMessage ZUV_LOG_FAILED_TO_LOCK_TEMPLATE;
+extern const ZUVLogMessage ZUV_LOG_FAILED_TO_FINALIZE_TEMPLATE;
 
 /* Memory and files. */
 extern const ZUVLogMessage ZUV_OSAPI_MEMORY_LOG_OUT_OF_HEAP_ARRAY_dd; /* elements; bytes of each */
