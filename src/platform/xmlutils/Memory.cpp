@@ -30,13 +30,8 @@ public:
     static constexpr std::size_t kStep = 16;
     static constexpr std::size_t kSizeMax = 512;
 
-    bool isOpen() const { return scopes_ != 0; }
-    void open() { scopes_ += kMayCache; }
-    void close()
+    void flush()
     {
-        if (!isOpen() || --scopes_ != 0) {
-            return;
-        }
         for (List &list : lists_) {
             while (void *const block = list.pop()) {
                 ZUVOsapiHeap_free(block);
@@ -84,9 +79,10 @@ private:
     };
 
     List lists_[kSizeMax / kStep];
-    int scopes_ = 0;
 };
 constinit thread_local BlockCache t_cache;
+// Looked at for each block of libxml2: without a call, which other models of thread storage need in a shared library.
+[[gnu::tls_model("initial-exec")]] constinit thread_local int t_cacheScopes = 0;
 
 void *allocateFromReserve(std::size_t size)
 {
@@ -96,7 +92,7 @@ void *allocateFromReserve(std::size_t size)
 
 void *allocate(std::size_t size)
 {
-    if (t_cache.isOpen() && BlockCache::isSmall(size)) {
+    if (t_cacheScopes != 0 && BlockCache::isSmall(size)) {
         if (void *const waiting = t_cache.take(size)) {
             return waiting;
         }
@@ -110,7 +106,7 @@ void release(void *block)
 {
     if (Reserve::instance().holds(block)) {
         Reserve::instance().free(block);
-    } else if (block == nullptr || !t_cache.isOpen() || !t_cache.give(block)) {
+    } else if (block == nullptr || t_cacheScopes == 0 || !t_cache.give(block)) {
         ZUVOsapiHeap_free(block);
     }
 }
@@ -157,12 +153,14 @@ ReserveScope::~ReserveScope()
 
 BlockCacheScope::BlockCacheScope()
 {
-    t_cache.open();
+    t_cacheScopes += kMayCache;
 }
 
 BlockCacheScope::~BlockCacheScope()
 {
-    t_cache.close();
+    if (kMayCache && --t_cacheScopes == 0) {
+        t_cache.flush();
+    }
 }
 
 std::uint32_t refusedAllocations()
