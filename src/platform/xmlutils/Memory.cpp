@@ -104,7 +104,7 @@ void *allocate(std::size_t size)
 
 void release(void *block)
 {
-    if (Reserve::instance().holds(block)) {
+    if (Reserve::holds(block)) {
         Reserve::instance().free(block);
     } else if (block == nullptr || t_cacheScopes == 0 || !t_cache.give(block)) {
         ZUVOsapiHeap_free(block);
@@ -113,7 +113,7 @@ void release(void *block)
 
 void *reallocate(void *block, std::size_t size)
 {
-    const bool isReserve = Reserve::instance().holds(block);
+    const bool isReserve = Reserve::holds(block);
     if (!isReserve && ZUVOsapiHeap_reallocate(&block, size, kTag)) {
         return block;
     }

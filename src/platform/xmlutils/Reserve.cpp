@@ -19,7 +19,7 @@ Reserve::Reserve()
     void *const region =
         mmap(nullptr, kSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     // Without a region nothing is held, and everything refused.
-    begin_ = region != MAP_FAILED ? reinterpret_cast<std::uintptr_t>(region) : 0;
+    s_begin = region != MAP_FAILED ? reinterpret_cast<std::uintptr_t>(region) : 0;
     used_ = region != MAP_FAILED ? 0 : kSize;
 }
 
@@ -48,7 +48,7 @@ void *Reserve::allocate(std::size_t size)
         if (kSize - used_ < needed) {
             return nullptr;
         }
-        block = reinterpret_cast<Block *>(begin_ + used_);
+        block = reinterpret_cast<Block *>(s_begin + used_);
         used_ += needed;
     }
     *block = {size, nullptr};

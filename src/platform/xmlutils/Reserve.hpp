@@ -3,6 +3,7 @@
 #define ZUV_PLATFORM_XMLUTILS_RESERVE_HPP
 
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <mutex>
@@ -22,10 +23,12 @@ public:
 
     void *allocate(std::size_t size);
     void free(void *block);
-    bool holds(const void *block) const
+    // Without a call: it is asked for each block that libxml2 gives back. Nothing is held before the first use.
+    static bool holds(const void *block)
     {
         const auto address = reinterpret_cast<std::uintptr_t>(block);
-        return address - begin_ < kSize;
+        const std::uintptr_t begin = s_begin.load(std::memory_order_relaxed);
+        return begin != 0 && address - begin < kSize;
     }
     static std::size_t sizeOf(const void *block);
 
@@ -39,8 +42,9 @@ private:
     Reserve();
     static std::size_t classOf(std::size_t size);
 
+    static inline std::atomic<std::uintptr_t> s_begin = 0;
+
     std::mutex mutex_;
-    std::uintptr_t begin_ = 0;
     std::size_t used_ = 0;
     std::size_t liveCount_ = 0;
     std::array<Block *, kClassCount> free_ = {}; // by the power of two that the size is
