@@ -3,6 +3,7 @@
 #include <array>
 #include <cctype>
 #include <cerrno>
+#include <charconv>
 #include <climits>
 #include <cstdio>
 #include <cstring>
@@ -145,9 +146,11 @@ int BRELXmlUtils_setAutoName(ZUVXMLUTILSObject *xmlObject)
     }
     std::array<char, kAutoNameSize> name;
     const int length = writeCamelCase(ZUVXMLUTILSObject_getTagName(xmlObject), name);
-    const size_t room = length < 0 ? 0 : name.size() - static_cast<size_t>(length);
-    if (length < 0 || ZUVOsapiUtility_snprintf(name.data() + length, room, "%d", count + 1) >=
-                          static_cast<int>(room)) {
+    char *const last = name.data() + name.size() - 1;
+    const auto written = length >= 0 ? std::to_chars(name.data() + length, last, count + 1)
+                                     : std::to_chars_result{last, std::errc::value_too_large};
+    *written.ptr = '\0';
+    if (written.ec != std::errc()) {
         BREL_XML_FAILURE(&ZUVXMLUTILS_LOG_PARSER_PARSE_FAILURE_dss, BREL_XML_PLACE(xmlObject),
                          "its tag is too long to make a name of it");
         return 0;
