@@ -14,7 +14,7 @@
                      __VA_ARGS__)
 
 // BREL_XML_NOTE(&ZUV_LOG_ANY_s, "load configuration from string");
-#define BREL_XML_NOTE(...) ZUV_LOG(BREL, ZUV_LOG_BIT_INFORMATION, BREL_SUBMODULE_XML, __VA_ARGS__)
+#define BREL_XML_NOTE(...) ZUV_LOG(BREL, ZUV_LOG_BIT_WARNING, BREL_SUBMODULE_XML, __VA_ARGS__)
 
 // Where in its document an element stands: the two arguments of the ..._ds messages.
 #define BREL_XML_PLACE(OBJECT)                                                                     \

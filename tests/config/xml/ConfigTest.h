@@ -33,7 +33,6 @@ public:
 
 constexpr std::uint32_t kFailures = ZUV_LOG_BIT_FATAL | ZUV_LOG_BIT_EXCEPTION;
 constexpr std::uint32_t kWarnings = kFailures | ZUV_LOG_BIT_WARNING;
-constexpr std::uint32_t kNotes = kWarnings | ZUV_LOG_BIT_INFORMATION;
 
 // A start-up record that loads nothing by itself.
 struct Property : ZUV_BrelServiceProperty {

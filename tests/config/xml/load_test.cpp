@@ -98,7 +98,7 @@ TEST_F(XmlLoad, documentsJoinInTheirOrder)
 
 TEST_F(XmlLoad, oneDocumentTellsTheVersion)
 {
-    masks.set(kNotes);
+    masks.set(kWarnings);
     makeParser(checked);
     log.clear();
     ASSERT_EQ(load(parser, "<dds version='6.5.0'/>"), 1);

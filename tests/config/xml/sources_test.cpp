@@ -207,7 +207,7 @@ TEST_F(XmlSources, aListOfUrlsThatIsWrongIsReported)
 TEST_F(XmlSources, aUrlGroupIsNoted)
 {
     makeParser(checked);
-    masks.set(kNotes);
+    masks.set(kWarnings);
     write("a.xml", kService);
     ASSERT_EQ(BRELCfgFileParser_loadUrlGroup(parser.get(), "../a.xml"), 1);
     EXPECT_EQ(log.lines()[0].message, &ZUVXMLUTILS_LOG_PARSER_LOAD_URL_GROUP_s);
@@ -227,7 +227,7 @@ TEST_F(XmlSources, aStylesheetMayMakeTheDocument)
     ZUV_BrelServiceProperties_add(&checked.user_environment,
                                   "zuv.brel_service.preprocess.xslt.path", "pre.xsl");
     makeParser(checked);
-    masks.set(kNotes);
+    masks.set(kWarnings);
     ASSERT_EQ(load(parser, "<dds x='one'/>"), 1) << testing::PrintToString(log.texts());
     EXPECT_EQ(log.texts()[1], "applying pre-preprocessing xslt from file=pre.xsl");
     ASSERT_EQ(load(parser, "<dds x='two'/>"), 1);
