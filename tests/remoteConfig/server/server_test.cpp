@@ -17,6 +17,8 @@
 #include "platform/dds/DomainParticipant.h"
 #include "platform/dds/DomainParticipantFactory.h"
 #include "platform/dds/Publisher.h"
+#include "platform/dds/Subscriber.h"
+#include "platform/dds/Topic.h"
 #include "platform/log/DDSLog.h"
 #include "platform/osapi/Fault.h"
 #include "platform/typesys/String.h"
@@ -141,14 +143,17 @@ protected:
     {
         BRELLog_g_instrumentationMask = ZUV_LOG_BIT_FATAL | ZUV_LOG_BIT_EXCEPTION;
         BRELLog_g_submoduleMask = UINT32_MAX;
+        // What is made once in a process.
         client.reset(BRELRemoteConfigClient_new(zuv_test::loopbackDomainId(), 10));
-        ASSERT_NE(client, nullptr);
+        client.reset();
     }
     static void TearDownTestSuite()
     {
         client.reset();
         BRELLog_g_instrumentationMask = BRELLog_g_submoduleMask = 0;
     }
+
+    void TearDown() override { client.reset(); }
 
     // The answer to a command for that service; "(none)" without one.
     static std::string send(const char *target, std::string identifier = "",
@@ -187,9 +192,19 @@ protected:
         return {requests.total_count, replies.total_count};
     }
 
+    // Each test has its own, which knows nothing of earlier servers.
+    static void makeClient()
+    {
+        if (client == nullptr) {
+            client.reset(BRELRemoteConfigClient_new(zuv_test::loopbackDomainId(), 10));
+        }
+    }
+
     // Start, and wait until the client can reach the server and the server the client.
     static void startAndMeet(Host &host)
     {
+        makeClient();
+        ASSERT_NE(client, nullptr);
         const Met before = met();
         ASSERT_EQ(host.start(), 1);
         const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
@@ -327,6 +342,82 @@ TEST_F(RemoteConfigServer, itsDispatcherTellsTheListenerOfItsThreads)
     BRELRemoteConfigServer_finalize(host.server);
     EXPECT_EQ(alive, 0);
     EXPECT_EQ(host.server->_aws, nullptr);
+}
+
+TEST_F(RemoteConfigServer, aDisposalIsNoCommand)
+{
+    Host host("disposed");
+    host.make();
+    startAndMeet(host);
+    EXPECT_EQ(send("disposed", "before"), "done");
+    ZUV_Service_Admin_CommandRequestDataWriter *const writer =
+        ZUV_BrelServiceAdminRequester_get_request_datawriter(client->_requester);
+    EXPECT_EQ(ZUV_Service_Admin_CommandRequestDataWriter_dispose(writer, client->_request,
+                                                                 &DDS_HANDLE_NIL),
+              DDS_RETCODE_OK);
+    EXPECT_EQ(send("disposed", "after"), "done");
+    const auto commands = host.interceptor.commands();
+    ASSERT_EQ(commands.size(), 2U);
+    EXPECT_EQ(commands[1].identifier, "after");
+}
+
+TEST_F(RemoteConfigServer, endpointsThatDoNotFitAreNoted)
+{
+    Host host("noted");
+    host.make();
+    BRELLog_g_instrumentationMask |= ZUV_LOG_BIT_INFORMATION;
+    const zuv_test::LogCapture log;
+    ASSERT_EQ(host.start(), 1);
+    // A reader that wants replies of the past, and a writer that may lose requests.
+    DDS_DomainParticipantFactory *const factory = DDS_DomainParticipantFactory_get_instance();
+    DDS_DomainParticipant *const stranger = DDS_DomainParticipantFactory_create_participant(
+        factory, zuv_test::loopbackDomainId(), &DDS_PARTICIPANT_QOS_DEFAULT, nullptr, 0);
+    ASSERT_NE(stranger, nullptr);
+    const char *const replyType = ZUV_Service_Admin_CommandReplyTypeSupport_get_type_name();
+    const char *const requestType = ZUV_Service_Admin_CommandRequestTypeSupport_get_type_name();
+    ZUV_Service_Admin_CommandReplyTypeSupport_register_type(stranger, replyType);
+    ZUV_Service_Admin_CommandRequestTypeSupport_register_type(stranger, requestType);
+    DDS_Topic *const replies = DDS_DomainParticipant_create_topic(
+        stranger, host.context().replyTopicName, replyType, &DDS_TOPIC_QOS_DEFAULT, nullptr, 0);
+    DDS_Topic *const requests = DDS_DomainParticipant_create_topic(
+        stranger, host.context().requesTopicName, requestType, &DDS_TOPIC_QOS_DEFAULT, nullptr, 0);
+    DDS_DataReaderQos readerQos = {};
+    DDS_DataReaderQos_get_defaultI(&readerQos);
+    readerQos.reliability.kind = DDS_RELIABLE_RELIABILITY_QOS;
+    readerQos.durability.kind = DDS_TRANSIENT_LOCAL_DURABILITY_QOS;
+    DDS_DataWriterQos writerQos = {};
+    DDS_DataWriterQos_get_defaultI(&writerQos);
+    writerQos.reliability.kind = DDS_BEST_EFFORT_RELIABILITY_QOS;
+    DDS_Subscriber_create_datareader(DDS_DomainParticipant_get_implicit_subscriber(stranger),
+                                     DDS_Topic_as_topicdescription(replies), &readerQos, nullptr,
+                                     0);
+    DDS_Publisher_create_datawriter(DDS_DomainParticipant_get_implicit_publisher(stranger),
+                                    requests, &writerQos, nullptr, 0);
+    DDS_DataReaderQos_finalize(&readerQos);
+    DDS_DataWriterQos_finalize(&writerQos);
+    const auto isNoted = [&log](const char *text) {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        while (std::chrono::steady_clock::now() < end) {
+            for (const std::string &line : log.texts()) {
+                if (line == text) {
+                    return true;
+                }
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+        return false;
+    };
+    EXPECT_TRUE(isNoted("BRELCommandHandler_onOfferedIncompatibleQos: AdministrationDataWriter "
+                        "(Topic: zuv/service/admin/command_reply) received "
+                        "onOfferedIncompatibleQos -> lastPolicyId=2 "
+                        "lastPolicy=DURABILITY_QOS_POLICY"));
+    EXPECT_TRUE(isNoted("BRELCommandHandler_onRequestedIncompatibleQos: AdministrationDataReader "
+                        "(Topic: RequestTopic_CFT) received onRequestedIncompatibleQos -> "
+                        "lastPolicyId=11 lastPolicy=RELIABILITY_QOS_POLICY"))
+        << testing::PrintToString(log.texts());
+    EXPECT_EQ(DDS_DomainParticipant_delete_contained_entities(stranger), DDS_RETCODE_OK);
+    EXPECT_EQ(DDS_DomainParticipantFactory_delete_participant(factory, stranger), DDS_RETCODE_OK);
+    BRELLog_g_instrumentationMask &= ~ZUV_LOG_BIT_INFORMATION;
 }
 
 // -- What is made of the settings ------------------------------------------------------------------------------
@@ -474,6 +565,7 @@ TEST_F(RemoteConfigServer, aReaderThatCannotBeEnabledByHandIsNoFailure)
 {
     Host host("unnoticed");
     host.make();
+    makeClient(); // it enables entities as well
     ZUVOsapiFault_arm("dds.enable", 2, 0);
     const zuv_test::LogCapture log;
     startAndMeet(host);
@@ -552,21 +644,19 @@ TEST_F(RemoteConfigServer, aStopThatFailsGoesOnFromThereTheNextTime)
     }
 }
 
-TEST_F(RemoteConfigServer, whatCannotBeTakenIsTakenWithTheNextArrival)
+TEST_F(RemoteConfigServer, whatCannotBeTakenIsTakenTheNextTime)
 {
     Host host("takes");
     host.make();
     startAndMeet(host);
     EXPECT_EQ(send("takes"), "done");
     const zuv_test::LogCapture log;
-    ZUVOsapiFault_arm("dds.return_loan", 1, 0);
+    ZUVOsapiFault_arm("dds.read_or_take", 1, 0);
     EXPECT_EQ(send("takes", "a"), "done");
-    EXPECT_EQ(send("takes", "b"), "done");
+    EXPECT_EQ(ZUVOsapiFault_getInjectedCount(), 1U);
     ZUVOsapiFault_disarm();
-    EXPECT_EQ(host.interceptor.commands().size(), 3U);
-    BRELRemoteConfigServer_delete(host.server);
-    host.server = nullptr;
-    EXPECT_EQ(serviceLines(log).front(), "!return loan");
+    EXPECT_EQ(host.interceptor.commands().size(), 2U);
+    EXPECT_EQ(serviceLines(log), Lines{"!take"});
 }
 
 TEST_F(RemoteConfigServer, nullIsAFailedPrecondition)
