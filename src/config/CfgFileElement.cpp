@@ -25,11 +25,16 @@ struct Order {
 };
 const Order kOrders[] = {
     {"domain_route", BREL_XML_DOMAIN_ROUTE_TAGS},
-    {"connection", BREL_XML_CONNECTION_TAGS},  {"participant", BREL_XML_CONNECTION_TAGS},
-    {"session", BREL_XML_SESSION_TAGS},        {"route", BREL_XML_ROUTE_TAGS},
-    {"topic_route", BREL_XML_ROUTE_TAGS},      {"auto_route", BREL_XML_ROUTE_TAGS},
-    {"auto_topic_route", BREL_XML_ROUTE_TAGS}, {"input", BREL_XML_STREAM_PORT_TAGS},
-    {"dds_input", BREL_XML_STREAM_PORT_TAGS},  {"output", BREL_XML_STREAM_PORT_TAGS},
+    {"connection", BREL_XML_CONNECTION_TAGS},
+    {"participant", BREL_XML_CONNECTION_TAGS},
+    {"session", BREL_XML_SESSION_TAGS},
+    {"route", BREL_XML_ROUTE_TAGS},
+    {"topic_route", BREL_XML_ROUTE_TAGS},
+    {"auto_route", BREL_XML_ROUTE_TAGS},
+    {"auto_topic_route", BREL_XML_ROUTE_TAGS},
+    {"input", BREL_XML_STREAM_PORT_TAGS},
+    {"dds_input", BREL_XML_STREAM_PORT_TAGS},
+    {"output", BREL_XML_STREAM_PORT_TAGS},
     {"dds_output", BREL_XML_STREAM_PORT_TAGS},
 };
 
