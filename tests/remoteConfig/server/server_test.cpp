@@ -144,6 +144,9 @@ protected:
         BRELLog_g_instrumentationMask = ZUV_LOG_BIT_FATAL | ZUV_LOG_BIT_EXCEPTION;
         BRELLog_g_submoduleMask = UINT32_MAX;
         // What is made once in a process.
+        Host host("first");
+        host.make();
+        EXPECT_EQ(host.start(), 1);
         client.reset(BRELRemoteConfigClient_new(zuv_test::loopbackDomainId(), 10));
         client.reset();
     }
