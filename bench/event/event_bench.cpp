@@ -26,37 +26,19 @@
 #include <sched.h>
 
 #include "common/ServiceEventThread.h"
+#include "support/Ratio.h"
 
 namespace
 {
 
+using bench::giveUp;
+using bench::median;
+using bench::printRatio;
 using Clock = std::chrono::steady_clock;
 
 constexpr double kHandOverLimit = 1.5;
 constexpr double kTreeLimit = 1.0;
 constexpr int64_t kFarAway = 1'000'000'000; // seconds
-
-[[noreturn]] void giveUp(const char *what)
-{
-    std::fprintf(stderr, "event_bench: %s\n", what);
-    std::exit(EXIT_FAILURE);
-}
-
-double median(std::vector<double> values)
-{
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-}
-
-bool printRatio(const std::string &what, const char *unit, double ours, double baseline,
-                double limit)
-{
-    const double ratio = ours / baseline;
-    std::printf("%-42s %9.3f %9.3f %-3s  ratio %5.3f  limit %4.2f  %s\n", what.c_str(), ours,
-                baseline, unit, ratio, limit, ratio <= limit ? "ok" : "ABOVE");
-    return ratio <= limit;
-}
 
 // An event thread with a concurrency of its own.
 class EventThread

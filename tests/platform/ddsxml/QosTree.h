@@ -2,39 +2,18 @@
 #ifndef ZUV_TESTS_PLATFORM_DDSXML_QOS_TREE_H
 #define ZUV_TESTS_PLATFORM_DDSXML_QOS_TREE_H
 
-#include <memory>
 #include <string>
 
-#include <gtest/gtest.h>
-
-#include "platform/ddsxml/XmlParser.h"
+#include "XmlTree.h"
 #include "platform/ddsxml/XmlQos.h"
-#include "platform/osapi/Fault.h"
-#include "platform/xmlutils/Globals.h"
-#include "support/HeapCheck.h"
 #include "support/LogCapture.h"
 
 namespace zuv_test
 {
 
-class QosTree : public testing::Test
+class QosTree : public XmlTree
 {
 protected:
-    void SetUp() override
-    {
-        heap_ = std::make_unique<HeapCheck>();
-        ASSERT_EQ(ZUVXMLUTILSGlobals_initialize(), 1);
-        parser_ = DDS_XMLParser_new();
-    }
-    void TearDown() override
-    {
-        ZUVOsapiFault_disarm();
-        DDS_XMLParser_free_dom(parser_, root_);
-        DDS_XMLParser_delete(parser_);
-        ZUVXMLUTILSGlobals_finalize();
-        EXPECT_TRUE(heap_->isBalanced());
-    }
-
     // Let a document join the tree; false if it is refused.
     bool add(const std::string &libraries)
     {
@@ -84,10 +63,6 @@ protected:
         return "<datareader_qos " + attributes + "><history><depth>" + std::to_string(depth) +
                "</depth></history></datareader_qos>";
     }
-
-    std::unique_ptr<HeapCheck> heap_;
-    DDS_XMLParser *parser_ = nullptr;
-    ZUVXMLObject *root_ = nullptr;
 };
 
 } // namespace zuv_test

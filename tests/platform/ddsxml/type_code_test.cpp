@@ -1,16 +1,12 @@
 #include "platform/ddsxml/XmlTypeCode.h"
 
-#include <memory>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "platform/ddsxml/XmlParser.h"
-#include "platform/osapi/Fault.h"
-#include "platform/xmlutils/Globals.h"
+#include "XmlTree.h"
 #include "support/FaultSweep.h"
-#include "support/HeapCheck.h"
 #include "support/LogCapture.h"
 
 namespace
@@ -19,24 +15,9 @@ namespace
 using zuv_test::LogCapture;
 
 // Types that are defined within "types".
-class XmlTypes : public testing::Test
+class XmlTypes : public zuv_test::XmlTree
 {
 protected:
-    void SetUp() override
-    {
-        heap_ = std::make_unique<zuv_test::HeapCheck>();
-        ASSERT_EQ(ZUVXMLUTILSGlobals_initialize(), 1);
-        parser_ = DDS_XMLParser_new();
-    }
-    void TearDown() override
-    {
-        ZUVOsapiFault_disarm();
-        DDS_XMLParser_free_dom(parser_, root_);
-        DDS_XMLParser_delete(parser_);
-        ZUVXMLUTILSGlobals_finalize();
-        EXPECT_TRUE(heap_->isBalanced());
-    }
-
     // Replaces what was defined before.
     void define(const std::string &definitions)
     {
@@ -70,10 +51,6 @@ protected:
     {
         return refusal("<struct name='T'>" + members + "</struct>");
     }
-
-    std::unique_ptr<zuv_test::HeapCheck> heap_;
-    DDS_XMLParser *parser_ = nullptr;
-    ZUVXMLObject *root_ = nullptr;
 };
 
 struct Member {

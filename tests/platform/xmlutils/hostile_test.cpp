@@ -14,23 +14,12 @@
 #include "platform/xmlutils/Transformer.h"
 #include "platform/xmlutils/Validator.h"
 #include "support/CpuTime.h"
+#include "support/Repeated.h"
 
 namespace zuv_test
 {
 namespace
 {
-
-std::string repeated(std::string_view text, std::size_t count)
-{
-    std::string result;
-    result.reserve(text.size() * count);
-    for (std::size_t index = 0; index < count; ++index) {
-        result += text;
-    }
-    return result;
-}
-
-constexpr std::size_t kTenMegabytes = 10 * 1024 * 1024;
 
 struct Case {
     const char *name;
