@@ -50,8 +50,7 @@ int BRELCfgFileElement_update(int *updated, BRELCfgFileElement *self,
 /* The record owns nothing. */
 void BRELCfgFileElement_finalize(BRELCfgFileElement *self);
 
-/* 1 if the tag is that of a service; of a route that is not automatic. */
-int BRELCfgFileService_isXmlServiceObject(const ZUVXMLUTILSObject *xmlObject);
+/* 1 if the tag is that of a route that is not automatic. */
 int BRELCfgFileTopicRoute_isXmlTopicRouteObject(const ZUVXMLUTILSObject *xmlObject);
 
 #ifdef __cplusplus

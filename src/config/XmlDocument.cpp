@@ -2,7 +2,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "config/CfgFileElement.h"
+#include "config/CfgFileService.h"
 #include "config/ProductInfo.h"
 #include "config/XmlCommon.h"
 #include "config/XmlLog.hpp"

@@ -2,7 +2,7 @@
 #include <array>
 #include <cstring>
 
-#include "config/CfgFileElement.h"
+#include "config/CfgFileService.h"
 #include "config/DefaultFilePath.h"
 #include "config/XmlCommon.h"
 #include "config/XmlLog.hpp"

@@ -1,7 +1,7 @@
 // The walk that turns elements into entities: variables and names first, then validation and records.
 #include <cstring>
 
-#include "config/CfgFileElement.h"
+#include "config/CfgFileService.h"
 #include "config/XmlCommon.h"
 #include "config/XmlLog.hpp"
 #include "config/XmlSupport.hpp"
