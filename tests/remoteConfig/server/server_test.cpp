@@ -618,6 +618,8 @@ TEST_F(RemoteConfigServer, aStopThatFailsGoesOnFromThereTheNextTime)
     const FailingStep steps[] = {
         {"dds.stop_async_waitset", 1, {"!DDS_AsyncWaitSet_stop"}},
         {"dds.detach_condition", 1, {"!detach command handler"}},
+        {"dds.delete_publisher", 1, {"!delete CommandResponse publisher"}},
+        {"dds.delete_subscriber", 1, {"!delete CommandRequest subscriber"}},
         {"dds.delete_contained_entities", 1, {"!delete participant contained entities"}},
         {"dds.delete_participant", 1, {"!delete participant"}},
     };
