@@ -61,7 +61,16 @@ std::string_view levelName(uint32_t level)
     return "DEBUG";
 }
 
-void writeToStandardError(void *, const ZUVLogRecord *record)
+std::mutex g_mutex;
+ZUVLogSink g_sink = ZUVLog_writeToStandardError;
+void *g_sinkData = nullptr;
+thread_local bool t_isInSink = false;
+
+} // namespace
+
+extern "C" {
+
+void ZUVLog_writeToStandardError(void *, const ZUVLogRecord *record)
 {
     Line line;
     line.append(levelName(record->level));
@@ -72,19 +81,10 @@ void writeToStandardError(void *, const ZUVLogRecord *record)
     line.write(STDERR_FILENO);
 }
 
-std::mutex g_mutex;
-ZUVLogSink g_sink = writeToStandardError;
-void *g_sinkData = nullptr;
-thread_local bool t_isInSink = false;
-
-} // namespace
-
-extern "C" {
-
 void ZUVLog_setSink(ZUVLogSink sink, void *sinkData)
 {
     const std::lock_guard lock(g_mutex);
-    g_sink = sink != nullptr ? sink : writeToStandardError;
+    g_sink = sink != nullptr ? sink : ZUVLog_writeToStandardError;
     g_sinkData = sinkData;
 }
 

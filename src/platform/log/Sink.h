@@ -11,6 +11,9 @@ extern "C" {
 /* Hand `*record`, which must not be NULL, to the sink. */
 void ZUVLog_emitI(const ZUVLogRecord *record);
 
+/* The default sink, for a sink that looks at lines and passes them on. `sinkData` is not used and may be NULL. */
+void ZUVLog_writeToStandardError(void *sinkData, const ZUVLogRecord *record);
+
 #ifdef __cplusplus
 }
 #endif
