@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-transcript=tests/shell/tour_transcript.txt
+transcript=tests/service/tour_transcript.txt
 ./run --tour | sed -E '1s/^Domain id [0-9]+/Domain id 7/' >"$transcript"
 
 awk -v transcript="$transcript" '

@@ -1,5 +1,6 @@
 #include "Commands.h"
 
+#include <new>
 #include <optional>
 
 #include "Reports.h"
@@ -89,7 +90,7 @@ public:
     }
 
 private:
-    ZUV_Service_Admin_CommandReply reply_;
+    ZUV_Service_Admin_CommandReply reply_ = {};
     bool isGood_;
 };
 
@@ -146,14 +147,20 @@ ZUV_BrelServiceConfigInterceptor Commands::interceptor()
 {
     return {this, [](void *self, const Request *request, const DDS_SampleInfo *info,
                      ZUV_BrelServiceAdminReplier *replier) {
-                static_cast<Commands *>(self)->handle(*request, *info, replier);
+                try {
+                    static_cast<Commands *>(self)->handle(*request, *info, replier);
+                } catch (const std::bad_alloc &) {
+                    // The server takes no exceptions. Nobody is answered.
+                    SERVICE_REFUSAL(&ZUV_SERVICE_LOG_REMOTE_SERVICE_COMMAND_FAILURE_s,
+                                    "out of memory");
+                }
             }};
 }
 
 void Commands::handle(const Request &request, const DDS_SampleInfo &info,
                       ZUV_BrelServiceAdminReplier *replier)
 {
-    Reports reports;
+    const Reports reports;
     std::string answer;
     const bool isDone = carryOut(request, answer);
     Reply().send(isDone, isDone ? answer : reports.text(), info, replier);
@@ -206,7 +213,8 @@ bool Commands::get(const Request &request, std::string &answer)
     } else if (const Entity entity = find(request.resource_identifier); entity.xml != nullptr) {
         text = configuration_->text(entity.xml);
     }
-    answer = text.value_or("");
+    // The shell ends the line.
+    answer = trimmed(text.value_or(""));
     return text.has_value();
 }
 
@@ -272,7 +280,9 @@ bool Commands::create(const Request &request, std::string &answer)
     const bool isBare = trimmed(request.string_body).empty();
     const char *const empty = emptyChildOf(parent.kind);
     if (isBare && empty == nullptr) {
-        return refuseFor("create", parent);
+        SERVICE_REFUSAL_TEXT("create an entity in %s: the request brings no document",
+                             nameOf(parent.xml).c_str());
+        return false;
     }
     const std::optional<std::string> snippet = isBare ? empty : snippetOf(request.string_body);
     const std::string tag = snippet ? tagOf(*snippet) : "";
@@ -286,7 +296,8 @@ bool Commands::create(const Request &request, std::string &answer)
     if (!configuration_->create(parent, *snippet, created)) {
         return false;
     }
-    answer = "created " + nameOf(created.xml) + (isBare ? ", empty" : "") + saveIfWanted();
+    answer = "created " + nameOf(created.xml) +
+             (isBare ? ", empty: the request brings no document" : "") + saveIfWanted();
     return true;
 }
 
@@ -348,14 +359,15 @@ bool Commands::shutdown(const Request &, std::string &answer)
     return true;
 }
 
-// What has changed is changed, whether or not it can be saved at once; the answer tells.
+// What has changed stays changed, whether or not it can be saved at once; the answer tells.
 std::string Commands::saveIfWanted() const
 {
     if (!configuration_->service().administration.autosaveOnUpdate) {
         return "";
     }
+    const Reports reports;
     return configuration_->save() ? std::string(", saved to ") + configuration_->savePath()
-                                  : ", NOT saved: see the log of the service";
+                                  : ", but not saved:\n" + reports.text();
 }
 
 } // namespace service

@@ -201,10 +201,9 @@ bool Configuration::create(const Entity &parent, const std::string &snippet, Ent
     return added != nullptr;
 }
 
-bool Configuration::remove(const Entity &entity)
+void Configuration::remove(const Entity &entity)
 {
     BRELCfgFileParser_deleteEntity(parser_.get(), entity.xml);
-    return true;
 }
 
 bool Configuration::save() const

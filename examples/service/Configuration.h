@@ -43,7 +43,7 @@ public:
     // Change an entity as the snippet says, add the entity of the snippet to `parent`, delete an entity.
     bool update(const Entity &target, const std::string &snippet);
     bool create(const Entity &parent, const std::string &snippet, Entity &created);
-    bool remove(const Entity &entity);
+    void remove(const Entity &entity);
 
     // Write the document to the path that the administration settings name, unless it could not be loaded again.
     bool save() const;

@@ -1,6 +1,7 @@
 #include "Names.h"
 
 #include <algorithm>
+#include <climits>
 #include <numeric>
 #include <optional>
 
@@ -210,11 +211,18 @@ std::string nameOf(const Object *entity)
 
 std::string nearest(std::string_view wanted, const std::vector<std::string> &names)
 {
-    const auto found = std::min_element(names.begin(), names.end(),
-                                        [&](const std::string &left, const std::string &right) {
-                                            return distance(wanted, left) < distance(wanted, right);
-                                        });
-    return found != names.end() ? *found : "";
+    // What is much longer than a name is like none of them.
+    wanted = wanted.substr(0, ZUVXMLUTILS_NAME_LENGTH_MAX);
+    std::string best;
+    int least = INT_MAX;
+    for (const std::string &name : names) {
+        const int difference = distance(wanted, name);
+        if (difference < least) {
+            least = difference;
+            best = name;
+        }
+    }
+    return best;
 }
 
 std::string_view trimmed(std::string_view text)

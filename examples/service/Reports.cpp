@@ -19,14 +19,14 @@ void Reports::install()
     ZUVLog_setSink(onRecord, nullptr);
 }
 
-Reports::Reports()
+Reports::Reports() : outer_(t_reports)
 {
     t_reports = this;
 }
 
 Reports::~Reports()
 {
-    t_reports = nullptr;
+    t_reports = outer_;
 }
 
 void Reports::onRecord(void *, const ZUVLogRecord *record)

@@ -19,7 +19,7 @@
 namespace service
 {
 
-// Collects the failures that its thread reports while it lives; one at a time on a thread.
+// Collects the failures that its thread reports while it lives. One within another takes its place for that time.
 class Reports
 {
 public:
@@ -33,11 +33,11 @@ public:
 
     // One line for each report, the cause first.
     const std::string &text() const { return text_; }
-    void clear() { text_.clear(); }
 
 private:
     static void onRecord(void *, const ZUVLogRecord *record);
 
+    Reports *outer_;
     std::string text_;
 };
 

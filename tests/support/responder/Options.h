@@ -1,6 +1,6 @@
 // What the command line of the responder asks for.
-#ifndef ZUV_EXAMPLES_RESPONDER_OPTIONS_H
-#define ZUV_EXAMPLES_RESPONDER_OPTIONS_H
+#ifndef ZUV_TESTS_SUPPORT_RESPONDER_OPTIONS_H
+#define ZUV_TESTS_SUPPORT_RESPONDER_OPTIONS_H
 
 #include <chrono>
 #include <cstdint>

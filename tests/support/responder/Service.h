@@ -1,6 +1,6 @@
 // The service side of the administration protocol: a replier behind the filter of an instance's name.
-#ifndef ZUV_EXAMPLES_RESPONDER_SERVICE_H
-#define ZUV_EXAMPLES_RESPONDER_SERVICE_H
+#ifndef ZUV_TESTS_SUPPORT_RESPONDER_SERVICE_H
+#define ZUV_TESTS_SUPPORT_RESPONDER_SERVICE_H
 
 #include <chrono>
 #include <cstdint>

@@ -1,6 +1,6 @@
-// An example of a service that zuvbsh administers. It obeys nothing: it answers every request with a readable
-// account of what it got. It says "ready" when it listens, one line for each request, and stops on SIGTERM
-// or SIGINT.
+// The service's end of the protocol and nothing behind it, for tests and benchmarks: it obeys nothing and answers every
+// request with a readable account of what it got. It says "ready" when it listens, one line for each request, and
+// stops on SIGTERM or SIGINT.
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 // A readable account of a request.
-#ifndef ZUV_EXAMPLES_RESPONDER_ACCOUNT_H
-#define ZUV_EXAMPLES_RESPONDER_ACCOUNT_H
+#ifndef ZUV_TESTS_SUPPORT_RESPONDER_ACCOUNT_H
+#define ZUV_TESTS_SUPPORT_RESPONDER_ACCOUNT_H
 
 #include <string>
 
