@@ -64,7 +64,7 @@ const std::vector<Hostile> kHostile = {
      "has more than 255 characters"},
     {"circle", [] { return chainOfVariables(60); },
      "!accept text, line 1: element <value>: variable 'ZUV_1' leads back to itself"},
-    {"chain", [] { return chainOfVariables(5000); },
+    {"chain", [] { return chainOfVariables(2000); },
      "!accept text, line 1: element <value>: variables lead to each other more than 64 deep"},
     {"growth",
      [] {
