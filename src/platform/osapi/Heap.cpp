@@ -1,59 +1,100 @@
 #include "platform/osapi/Heap.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 
 #include "platform/osapi/Fault.h"
 #include "platform/osapi/HeapAccount.hpp"
+#include "platform/osapi/HeapBlock.hpp"
+#include "platform/osapi/HeapPages.hpp"
+
+using namespace zuv_heap;
 
 namespace
 {
 
 constexpr const char *kBufferTag = "aligned buffer";
 constexpr const char *kNoTag = "(no tag)";
-constexpr size_t kAlignment = 16;
-constexpr uint32_t kLiveMark = 0x4c495645;
-constexpr uint32_t kFreeMark = 0x46524545;
-
-// Stands before every block.
-struct alignas(kAlignment) Header {
-    size_t size;
-    uint32_t tag;
-    uint32_t mark;
-};
-static_assert(sizeof(Header) == kAlignment);
-
-// The header of a block of ours. Anything else, a block released before included, ends the process here,
-// where the stack still shows who did it.
-Header *headerOf(void *block)
-{
-    Header *header = static_cast<Header *>(block) - 1;
-    if (header->mark != kLiveMark) {
-        std::abort();
-    }
-    return header;
-}
 
 // The size that malloc is asked for, or 0 when it would overflow. At least one byte stands behind the
 // header, so that a block of size 0 has an address of its own.
 size_t rawSize(size_t size)
 {
-    return size > PTRDIFF_MAX - sizeof(Header) ? 0 : sizeof(Header) + (size != 0 ? size : 1);
+    if (size <= kSmallSize) {
+        return sizeof(Header) + roomOf(classOf(size));
+    }
+    return size > PTRDIFF_MAX - sizeof(Header) ? 0 : sizeof(Header) + size;
 }
 
-void *finishBlock(void *raw, size_t size, const char *tag)
+std::uint32_t numberOf(const char *tag)
+{
+    return tagNumber(tag != nullptr ? tag : kNoTag);
+}
+
+bool mayAllocate()
+{
+    return !ZUV_OSAPI_FAULT(ZUV_OSAPI_FAULT_POINT_HEAP);
+}
+
+// Make a block of what stands behind the header.
+[[gnu::always_inline]] inline void *finishBlock(Account *account, Header *header, size_t size,
+                                                const char *tag)
+{
+    const std::uint32_t number = numberOf(tag);
+    account != nullptr ? countAllocation(*account, number, size)
+                       : countAllocationApart(number, size);
+    header->setTag(number);
+    header->size = size;
+    header->mark = kLiveMark;
+    return header + 1;
+}
+
+// A block of malloc's, which may have none.
+void *finishRaw(void *raw, size_t size, const char *tag)
 {
     if (raw == nullptr) {
         return nullptr;
     }
-    Header *header = static_cast<Header *>(raw);
-    *header = {size, zuv_heap::countAllocation(tag != nullptr ? tag : kNoTag, size), kLiveMark};
-    return header + 1;
+    Header *const header = static_cast<Header *>(raw);
+    header->setPlace(0);
+    return finishBlock(ownAccount(), header, size, tag);
 }
 
-bool mayAllocate(size_t raw)
+// No block waits.
+[[gnu::noinline]] void *allocateNew(size_t size, const char *tag)
 {
-    return raw != 0 && !ZUV_OSAPI_FAULT(ZUV_OSAPI_FAULT_POINT_HEAP);
+    const size_t raw = rawSize(size);
+    if (raw == 0) {
+        return nullptr;
+    }
+    Account *const account = t_account;
+    if (account != nullptr && account->bulk.isOpen() && size <= Bulk::kGreatestBlock) {
+        if (Header *const header = account->bulk.carve(raw - sizeof(Header))) {
+            return finishBlock(account, header, size, tag);
+        }
+    }
+    void *const block = std::malloc(raw);
+    if (raw >= kLeastForLargePages && block != nullptr) {
+        preferLargePages(block, raw);
+    }
+    return finishRaw(block, size, tag);
+}
+
+// A block carved from a chunk cannot grow: its content moves.
+Header *resizeRaw(Header *header, size_t size)
+{
+    if (header == nullptr || header->place() == 0) {
+        return static_cast<Header *>(std::realloc(header, rawSize(size)));
+    }
+    auto *const moved = static_cast<Header *>(std::malloc(rawSize(size)));
+    if (moved != nullptr) {
+        std::memcpy(moved + 1, header + 1, std::min(header->size, size));
+        header->mark = kFreeMark;
+        giveBack(header);
+    }
+    return moved;
 }
 
 } // namespace
@@ -62,33 +103,44 @@ extern "C" {
 
 void *ZUVOsapiHeap_allocate(size_t size, const char *tag)
 {
-    const size_t raw = rawSize(size);
-    return mayAllocate(raw) ? finishBlock(std::malloc(raw), size, tag) : nullptr;
+    if (!mayAllocate()) [[unlikely]] {
+        return nullptr;
+    }
+    Account *const account = t_account;
+    if (account != nullptr && size <= kSmallSize) [[likely]] {
+        if (Header *const waiting = account->cache.take(classOf(size))) {
+            return finishBlock(account, waiting, size, tag);
+        }
+    }
+    return allocateNew(size, tag);
 }
 
 void *ZUVOsapiHeap_allocateZeroed(size_t size, const char *tag)
 {
+    if (size <= kSmallSize) {
+        void *const block = ZUVOsapiHeap_allocate(size, tag);
+        return block != nullptr ? std::memset(block, 0, size) : nullptr;
+    }
     const size_t raw = rawSize(size);
-    return mayAllocate(raw) ? finishBlock(std::calloc(1, raw), size, tag) : nullptr;
+    return raw != 0 && mayAllocate() ? finishRaw(std::calloc(1, raw), size, tag) : nullptr;
 }
 
 int ZUVOsapiHeap_reallocate(void **buffer, size_t size, const char *tag)
 {
-    const size_t raw = rawSize(size);
-    if (!mayAllocate(raw)) {
+    if (rawSize(size) == 0 || !mayAllocate()) {
         return 0;
     }
     const bool isNew = *buffer == nullptr;
     Header *header = isNew ? nullptr : headerOf(*buffer);
     const Header before = isNew ? Header{} : *header;
-    void *moved = std::realloc(header, raw);
+    void *moved = resizeRaw(header, size);
     if (moved == nullptr) {
         return 0;
     }
     if (!isNew) {
-        zuv_heap::countRelease(before.tag, before.size);
+        countRelease(before.tag(), before.size);
     }
-    *buffer = finishBlock(moved, size, tag);
+    *buffer = finishRaw(moved, size, tag);
     return 1;
 }
 
@@ -97,10 +149,21 @@ void ZUVOsapiHeap_free(void *block)
     if (block == nullptr) {
         return;
     }
-    Header *header = headerOf(block);
-    zuv_heap::countRelease(header->tag, header->size);
+    Header *const header = headerOf(block);
+    const size_t size = header->size;
+    Account *const account = ownAccount();
     header->mark = kFreeMark;
-    std::free(header);
+    if (account == nullptr) [[unlikely]] {
+        countReleaseApart(header->tag(), size);
+        giveBack(header);
+        return;
+    }
+    countRelease(*account, header->tag(), size);
+    // A block that waits would keep its whole chunk.
+    const bool mayWait = size <= kSmallSize && (header->place() == 0 || account->bulk.isOpen());
+    if (!mayWait || !account->cache.give(classOf(size), header)) {
+        giveBack(header);
+    }
 }
 
 void *ZUVOsapiHeap_allocateBufferAligned(size_t size, size_t alignment)
@@ -117,7 +180,7 @@ void ZUVOsapiHeap_freeBufferAligned(void *block)
 
 size_t ZUVOsapiHeap_getBlockSize(const void *block)
 {
-    return block != nullptr ? headerOf(const_cast<void *>(block))->size : 0;
+    return block != nullptr ? sizeOf(block) : 0;
 }
 
 void ZUVOsapiHeap_getStatistics(ZUVOsapiHeapStatistics *statistics)

@@ -11,47 +11,9 @@ namespace zuv_heap
 namespace
 {
 
-constexpr std::size_t kTagBits = 9;
-constexpr std::size_t kTableSize = std::size_t{1} << kTagBits;
-constexpr std::size_t kTagCount = kTableSize + 1; // the last one takes what finds no room
 constexpr const char *kOtherTags = "(other tags)";
 
-// How far the live bytes of a thread may move before it tells the others, who then see a new peak.
-constexpr std::int64_t kUntoldLimit = 4096;
-
-// A counter that one thread writes and any may read.
-class Counter
-{
-public:
-    std::uint64_t get() const { return value_.load(std::memory_order_relaxed); }
-    void add(std::uint64_t amount) { value_.store(get() + amount, std::memory_order_relaxed); }
-
-private:
-    std::atomic<std::uint64_t> value_{0};
-};
-
-// Blocks may be released by another thread than the one that allocated them: only the sums over all
-// accounts mean something, and they are right modulo 2^64.
-struct TagCounters {
-    Counter allocations;
-    Counter releases;
-    Counter bytes;
-
-    void add(const TagCounters &other)
-    {
-        allocations.add(other.allocations.get());
-        releases.add(other.releases.get());
-        bytes.add(other.bytes.get());
-    }
-};
-
 using Totals = std::array<TagCounters, kTagCount>;
-
-struct Account {
-    Totals tags;
-    std::int64_t untoldBytes = 0;
-    Account *next = nullptr;
-};
 
 void addAccount(Totals &totals, const Account &account)
 {
@@ -60,7 +22,6 @@ void addAccount(Totals &totals, const Account &account)
     }
 }
 
-std::array<std::atomic<const char *>, kTagCount> g_tagNames;
 std::atomic<std::int64_t> g_toldBytes{0};
 std::atomic<std::int64_t> g_peakBytes{0};
 
@@ -75,16 +36,6 @@ void noteLiveBytes(std::int64_t live)
            !g_peakBytes.compare_exchange_weak(peak, live, std::memory_order_relaxed)) {
     }
 }
-
-void tellBytes(Account &account)
-{
-    const std::int64_t untold = account.untoldBytes;
-    account.untoldBytes = 0;
-    noteLiveBytes(g_toldBytes.fetch_add(untold, std::memory_order_relaxed) + untold);
-}
-
-// The calling thread's account, from its first block to its end.
-constinit thread_local Account *t_account = nullptr;
 
 // Opens the account of a thread and closes it at the thread's end.
 class OwnAccount
@@ -101,6 +52,7 @@ public:
     ~OwnAccount()
     {
         tellBytes(account_);
+        account_.cache.flush();
         const std::lock_guard lock(g_mutex);
         addAccount(g_retired.tags, account_);
         Account **link = &g_accounts;
@@ -121,49 +73,13 @@ private:
 
 constinit thread_local bool OwnAccount::s_isGone = false;
 
-// Null for a thread whose account is closed.
-[[gnu::noinline]] Account *openAccount()
-{
-    if (!OwnAccount::s_isGone) {
-        thread_local OwnAccount own;
-    }
-    return t_account;
-}
-
-// Count with the account of the calling thread.
+// Count with the account of the threads that ended.
 template <typename Count>
-void count(Count countWith)
+void countApart(Count countWith)
 {
-    Account *const account = t_account != nullptr ? t_account : openAccount();
-    if (account == nullptr) {
-        const std::lock_guard lock(g_mutex);
-        countWith(g_retired);
-        tellBytes(g_retired);
-        return;
-    }
-    countWith(*account);
-    if (account->untoldBytes > kUntoldLimit || account->untoldBytes < -kUntoldLimit) {
-        tellBytes(*account);
-    }
-}
-
-std::uint32_t tagNumber(const char *tag)
-{
-    constexpr std::uint64_t kGoldenRatio = 0x9e3779b97f4a7c15;
-    const std::size_t home =
-        (reinterpret_cast<std::uintptr_t>(tag) * kGoldenRatio) >> (64 - kTagBits);
-    for (std::size_t step = 0; step < kTableSize; ++step) {
-        const std::size_t number = (home + step) % kTableSize;
-        const char *present = g_tagNames[number].load(std::memory_order_relaxed);
-        if (present == nullptr) {
-            g_tagNames[number].compare_exchange_strong(present, tag, std::memory_order_relaxed);
-        }
-        if (present == tag || present == nullptr) { // nullptr: the exchange put ours there
-            return static_cast<std::uint32_t>(number);
-        }
-    }
-    g_tagNames[kTableSize].store(kOtherTags, std::memory_order_relaxed);
-    return kTableSize;
+    const std::lock_guard lock(g_mutex);
+    countWith(g_retired);
+    tellBytes(g_retired);
 }
 
 // Sum up all accounts; `totals` is zero before.
@@ -178,24 +94,48 @@ void addAllAccounts(Totals &totals)
 
 } // namespace
 
-std::uint32_t countAllocation(const char *tag, std::size_t size)
+constinit thread_local Account *t_account = nullptr;
+std::array<std::atomic<const char *>, kTagCount> g_tagNames;
+
+Account *openAccount()
 {
-    const std::uint32_t number = tagNumber(tag);
-    count([=](Account &account) {
-        account.tags[number].allocations.add(1);
-        account.tags[number].bytes.add(size);
-        account.untoldBytes += static_cast<std::int64_t>(size);
-    });
-    return number;
+    if (!OwnAccount::s_isGone) {
+        thread_local OwnAccount own;
+    }
+    return t_account;
 }
 
-void countRelease(std::uint32_t tag, std::size_t size)
+void tellBytes(Account &account)
 {
-    count([=](Account &account) {
-        account.tags[tag].releases.add(1);
-        account.tags[tag].bytes.add(-static_cast<std::uint64_t>(size));
-        account.untoldBytes -= static_cast<std::int64_t>(size);
-    });
+    const std::int64_t untold = account.untoldBytes;
+    account.untoldBytes = 0;
+    noteLiveBytes(g_toldBytes.fetch_add(untold, std::memory_order_relaxed) + untold);
+}
+
+void countAllocationApart(std::uint32_t tag, std::size_t size)
+{
+    countApart([=](Account &account) { countAllocation(account, tag, size); });
+}
+
+void countReleaseApart(std::uint32_t tag, std::size_t size)
+{
+    countApart([=](Account &account) { countRelease(account, tag, size); });
+}
+
+std::uint32_t findTagNumber(const char *tag, std::size_t home)
+{
+    for (std::size_t step = 0; step < kTableSize; ++step) {
+        const std::size_t number = (home + step) % kTableSize;
+        const char *present = g_tagNames[number].load(std::memory_order_relaxed);
+        if (present == nullptr) {
+            g_tagNames[number].compare_exchange_strong(present, tag, std::memory_order_relaxed);
+        }
+        if (present == tag || present == nullptr) { // nullptr: the exchange put ours there
+            return static_cast<std::uint32_t>(number);
+        }
+    }
+    g_tagNames[kTableSize].store(kOtherTags, std::memory_order_relaxed);
+    return kTableSize;
 }
 
 ZUVOsapiHeapStatistics statistics()

@@ -331,6 +331,36 @@ TEST(HeapDeathTest, whatIsNoBlockEndsTheProcess)
     EXPECT_DEATH(ZUVOsapiHeap_getBlockSize(foreign + 32), "");
 }
 
+TEST(HeapDeathTest, aBlockIsReleasedOnce)
+{
+    EXPECT_DEATH(
+        {
+            void *block = ZUVOsapiHeap_allocate(24, "test");
+            ZUVOsapiHeap_free(block);
+            ZUVOsapiHeap_free(block);
+        },
+        "");
+}
+
+TEST(Heap, blocksOfOneSizeDoNotOverlapHoweverOftenTheyComeAndGo)
+{
+    const zuv_test::HeapCheck check;
+    std::vector<unsigned char *> blocks;
+    for (std::size_t size = 0; size < 600; ++size) {
+        for (int turn = 0; turn < 40; ++turn) {
+            blocks.push_back(static_cast<unsigned char *>(ZUVOsapiHeap_allocate(size, "test")));
+            std::memset(blocks.back(), turn, size);
+        }
+        for (int turn = 0; turn < 40; ++turn) {
+            EXPECT_EQ(std::count(blocks[turn], blocks[turn] + size, turn),
+                      static_cast<std::ptrdiff_t>(size));
+            ZUVOsapiHeap_free(blocks[turn]);
+        }
+        blocks.clear();
+    }
+    EXPECT_TRUE(check.isBalanced());
+}
+
 // The last test of the file: the table stays full.
 TEST(Heap, bearsMoreTagsThanItsTableHas)
 {
