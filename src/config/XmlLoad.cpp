@@ -9,6 +9,7 @@
 #include "config/XmlSupport.hpp"
 #include "platform/osapi/EnvironmentVariable.h"
 #include "platform/osapi/File.h"
+#include "platform/osapi/HeapBulk.hpp"
 #include "platform/osapi/Path.h"
 #include "platform/osapi/Utility.h"
 
@@ -301,6 +302,7 @@ BRELCfgFileService *BRELCfgFileParser_loadService(BRELCfgFileParser *self, const
         return nullptr;
     }
     const bool isNew = ZUVXMLUTILSObject_getUserData(service) == nullptr;
+    const zuv_heap::BulkScope bulk; // of records
     if (!walkService(*self, service)) {
         BREL_XML_FAILURE_TEXT("initialize parser extensions, service name = %s", serviceName);
         if (isNew) {

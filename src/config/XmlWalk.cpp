@@ -5,6 +5,7 @@
 #include "config/XmlCommon.h"
 #include "config/XmlLog.hpp"
 #include "config/XmlSupport.hpp"
+#include "platform/osapi/HeapBulk.hpp"
 
 namespace brel
 {
@@ -134,6 +135,12 @@ private:
     Object *replaced_ = nullptr;
 };
 
+bool giveNames(NamePass &names)
+{
+    const zuv_heap::BulkScope bulk;
+    return names.run();
+}
+
 bool validateDocument(BRELCfgFileParser &self, Object *root)
 {
     if (!self.property->enforce_xsd_validation || BRELXmlObject_getUpdateTarget(root) != nullptr) {
@@ -192,9 +199,8 @@ bool makeRecord(BRELCfgFileParser &self, const BRELXmlObjectExtension &extension
     return true;
 }
 
-bool initializeChildren(BRELCfgFileParser &self, Object *xmlObject)
+bool initializeChildren(BRELCfgFileParser &self, Object *xmlObject, bool isDocument)
 {
-    const bool isDocument = brel::hasTag(xmlObject, brel::kDocumentTag);
     for (Object *child = ZUVXMLUTILSObject_getFirstChild(xmlObject); child != nullptr;
          child = ZUVXMLUTILSObject_getNextSibling(child)) {
         if (isDocument && BRELCfgFileService_isXmlServiceObject(child)) {
@@ -215,14 +221,15 @@ extern "C" {
 
 int BRELCfgFileParser_initializeExtensionsI(BRELCfgFileParser *self, ZUVXMLUTILSObject *xmlObject)
 {
+    const char *const tag = ZUVXMLUTILSObject_getTagName(xmlObject);
+    const bool isDocument = std::strcmp(tag, brel::kDocumentTag) == 0;
     const BRELXmlObjectExtension *extension = nullptr;
-    if (brel::hasTag(xmlObject, brel::kDocumentTag)) {
+    if (isDocument) {
         if (!initializeDocument(*self, xmlObject)) {
             return 0;
         }
     } else {
-        extension =
-            BRELCfgFileParser_lookUpExtension(self, ZUVXMLUTILSObject_getTagName(xmlObject));
+        extension = BRELCfgFileParser_lookUpExtension(self, tag);
         if (extension != nullptr && ZUVXMLUTILSObject_getUserData(xmlObject) != nullptr) {
             return 1;
         }
@@ -230,7 +237,7 @@ int BRELCfgFileParser_initializeExtensionsI(BRELCfgFileParser *self, ZUVXMLUTILS
             return 0;
         }
     }
-    if (!initializeChildren(*self, xmlObject)) {
+    if (!initializeChildren(*self, xmlObject, isDocument)) {
         return 0;
     }
     if (extension != nullptr && extension->setUpObject != nullptr &&
@@ -248,7 +255,7 @@ int BRELCfgFileParser_initializeExtensionsExt(BRELCfgFileParser *self, ZUVXMLUTI
         return 0;
     }
     NamePass names(*self, xmlObject);
-    if (!names.run() || !BRELCfgFileParser_initializeExtensionsI(self, xmlObject)) {
+    if (!giveNames(names) || !BRELCfgFileParser_initializeExtensionsI(self, xmlObject)) {
         return 0;
     }
     if (names.replaced() != nullptr) {

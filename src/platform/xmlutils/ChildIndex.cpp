@@ -88,14 +88,13 @@ void NodeTable::grow()
 
 ChildIndex::ChildIndex(_xmlNode *parent) : parent_(parent)
 {
+    std::uint64_t position = kMiddle;
     for (_xmlNode *child = firstChildOf(parent); child != nullptr; child = nextOf(child)) {
         if (needRecord(child) == nullptr) {
             throw std::bad_alloc();
         }
-        placeOf(child) = {};
-    }
-    renumber();
-    for (_xmlNode *child = firstChildOf(parent); child != nullptr; child = nextOf(child)) {
+        placeOf(child) = {position, nullptr, nullptr};
+        position += kGap;
         addTag(child);
         addName(child);
     }

@@ -182,7 +182,8 @@ const char *ZUVXMLUTILSObject_getTagName(const ZUVXMLUTILSObject *self)
     if (ZUV_XML_IS_NULL(OBJECT, self)) {
         return "";
     }
-    return isElement(toNode(self)) ? tagOf(toNode(self)).data() : kCommentTag;
+    return isElement(toNode(self)) ? reinterpret_cast<const char *>(toNode(self)->name)
+                                   : kCommentTag;
 }
 
 int ZUVXMLUTILSObject_setTagName(ZUVXMLUTILSObject *self, const char *tag)
@@ -202,7 +203,8 @@ const char *ZUVXMLUTILSObject_getName(const ZUVXMLUTILSObject *self)
     if (ZUV_XML_IS_NULL(OBJECT, self) || !isElement(toNode(self))) {
         return "";
     }
-    return nameOf(toNode(self)).data();
+    const xmlAttr *const attribute = findAttribute(toNode(self), "name");
+    return attribute != nullptr ? valueOf(attribute) : "";
 }
 
 int ZUVXMLUTILSObject_setName(ZUVXMLUTILSObject *self, const char *name)

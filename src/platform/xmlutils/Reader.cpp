@@ -11,6 +11,7 @@
 
 #include "platform/osapi/Fault.h"
 #include "platform/osapi/File.h"
+#include "platform/osapi/HeapBulk.hpp"
 #include "platform/xmlutils/Parser.h"
 #include "platform/xmlutils/Scan.hpp"
 
@@ -191,6 +192,9 @@ void installHandlers(xmlParserCtxt *parser, DocumentKind kind)
     }
 }
 
+// A tree of nodes takes about so many times the size of its document, unless that is mostly text.
+constexpr std::size_t kTreeFactor = 4;
+
 struct ParserDeleter {
     void operator()(xmlParserCtxt *parser) const { xmlFreeParserCtxt(parser); }
 };
@@ -208,6 +212,7 @@ DocumentPointer parse(std::string_view bytes, const char *path, DocumentKind kin
         scope.parser = parser.get();
         scope.bytes = bytes;
         installHandlers(parser.get(), kind);
+        const zuv_heap::BulkScope bulk(bytes.size() * kTreeFactor);
         // XML_PARSE_COMPACT: a short text lies in its node, which saves a block for most values.
         // XML_PARSE_NOENT: references to characters in attributes are resolved at once. There are no other
         // entities, as no document with a DOCTYPE comes as far as here.

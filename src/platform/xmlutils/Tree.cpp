@@ -27,11 +27,15 @@ const xmlChar *toXml(const char *text)
     return reinterpret_cast<const xmlChar *>(text);
 }
 
-// Ends where the texts differ, most often at once.
+// Ends where the texts differ, most often at once, and so without a call.
 bool isEqual(const xmlChar *text, std::string_view other)
 {
-    const char *const begin = reinterpret_cast<const char *>(text);
-    return std::strncmp(begin, other.data(), other.size()) == 0 && begin[other.size()] == '\0';
+    for (const char character : other) {
+        if (*text++ != static_cast<xmlChar>(character)) {
+            return false;
+        }
+    }
+    return *text == '\0';
 }
 
 xmlNode *elementFrom(xmlNode *node, xmlNode *xmlNode::*direction)
