@@ -191,6 +191,24 @@ bool join(BRELCfgFileParser &self, ZUVXMLUTILSObject *document)
     return true;
 }
 
+// The walk replaces variables in the root's copies of a document. What of the document itself goes on into the tree of
+// QoS gets them here, in the order of the document as well.
+bool expandMerged(BRELCfgFileParser &self, ZUVXMLUTILSObject *document)
+{
+    ZUVXMLUTILSObject *child = ZUVXMLUTILSObject_mayHoldVariables(document)
+                                   ? ZUVXMLUTILSObject_getFirstChild(document)
+                                   : nullptr;
+    for (; child != nullptr; child = ZUVXMLUTILSObject_getNextSibling(child)) {
+        const bool isForQos = brel::hasTag(child, "configuration_variables") ||
+                              brel::hasTag(child, "types") || brel::hasTag(child, "qos_library");
+        if (isForQos && !ZUVXMLUTILSVisitor_visit(&self._variableExpansor._visitor, child)) {
+            BREL_XML_FAILURE(&ZUVXMLUTILS_LOG_PARSER_PARSE_FAILURE_ds, BREL_XML_PLACE(child));
+            return false;
+        }
+    }
+    return true;
+}
+
 // The walk over a service. Its first pass took place when the service was loaded; only variables, which a later
 // document may have defined, are a reason for another one.
 int walkService(BRELCfgFileParser &self, ZUVXMLUTILSObject *service)
@@ -224,7 +242,8 @@ int BRELCfgFileParser_processDom(BRELCfgFileParser *self, ZUVXMLUTILSObject *xml
     if (self->_xmlRoot == document) {
         transformed.release();
     }
-    const int isInitialized = BRELCfgFileParser_initializeExtensionsExt(self, self->_xmlRoot);
+    const int isInitialized = (self->_xmlRoot == document || expandMerged(*self, document)) &&
+                              BRELCfgFileParser_initializeExtensionsExt(self, self->_xmlRoot);
     self->_hasNames = isInitialized;
     if (!isInitialized) {
         // The document that the root leads to goes.

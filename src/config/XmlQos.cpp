@@ -11,7 +11,6 @@
 #include "platform/ddsxml/XmlQos.h"
 #include "platform/ddsxml/XmlTypeCode.h"
 #include "platform/osapi/Utility.h"
-#include "platform/typesys/String.h"
 
 namespace
 {
@@ -21,15 +20,71 @@ using Object = ZUVXMLUTILSObject;
 constexpr const char *kBaseName = "base_name";
 constexpr const char *kTopicFilter = "topic_filter";
 
-// The profile that is made of a QoS element, as long as one lives.
+// What is generated of an element stands in the reserved library as long as one lives.
+class Generated
+{
+public:
+    Generated(BRELCfgFileParser &parser, Object *element, const char *topicFilter)
+        : parser_(parser), wasThere_(library() != nullptr), formerCount_(countOf(library()))
+    {
+        isMade_ = BRELCfgFileParser_generateNativeExtensionObject(&parser, element, topicFilter);
+        if (!isMade_) {
+            BREL_XML_FAILURE(&ZUV_LOG_ANY_FAILURE_s, "parse XML snippet string");
+        }
+    }
+    ~Generated()
+    {
+        if (!isMade_) {
+            return;
+        }
+        ZUVXMLObject *child = ZUVXMLObject_getFirstChild(library());
+        for (int index = 0; child != nullptr; ++index) {
+            ZUVXMLObject *const next = ZUVXMLObject_getNextSibling(child);
+            if (index >= formerCount_) {
+                BRELXmlUtils_deleteDdsXmlObject(parser_._xmlDdsParser, child);
+            }
+            child = next;
+        }
+        if (!wasThere_) {
+            BRELXmlUtils_deleteDdsXmlObject(parser_._xmlDdsParser, library());
+        }
+    }
+    Generated(const Generated &) = delete;
+    Generated &operator=(const Generated &) = delete;
+
+    bool isMade() const { return isMade_; }
+    ZUVXMLObject *library() const
+    {
+        return DDS_XMLObject_lookup_child(parser_._xmlDdsQosRoot,
+                                          BREL_XML_ENTITIES_QOS_LIBRARY_NAME);
+    }
+
+private:
+    static int countOf(const ZUVXMLObject *parent)
+    {
+        const ZUVXMLObject *child =
+            parent == nullptr ? nullptr : ZUVXMLObject_getFirstChild(parent);
+        int count = 0;
+        for (; child != nullptr; child = ZUVXMLObject_getNextSibling(child)) {
+            ++count;
+        }
+        return count;
+    }
+
+    BRELCfgFileParser &parser_;
+    bool wasThere_;
+    int formerCount_;
+    bool isMade_ = false;
+};
+
+// The profile that is made of a QoS element.
 class GeneratedProfile
 {
 public:
     GeneratedProfile(BRELCfgFileParser &parser, Object *xmlQos, const char *topicFilter)
-        : parser_(parser)
+        : generated_(parser, xmlQos, topicFilter)
     {
-        if (!BRELCfgFileParser_generateNativeExtensionObject(&parser, xmlQos, topicFilter)) {
-            BREL_XML_FAILURE(&ZUV_LOG_ANY_FAILURE_s, "parse XML snippet string");
+        if (!generated_.isMade()) {
             return;
         }
         const char *const tag = ZUVXMLUTILSObject_getTagName(xmlQos);
@@ -40,14 +95,6 @@ public:
         }
         qos_ = ZUVXMLObject_getFirstChildWithTag(profile_, tag);
     }
-    ~GeneratedProfile()
-    {
-        if (profile_ != nullptr) {
-            BRELXmlUtils_deleteDdsXmlObject(parser_._xmlDdsParser, profile_);
-        }
-    }
-    GeneratedProfile(const GeneratedProfile &) = delete;
-    GeneratedProfile &operator=(const GeneratedProfile &) = delete;
 
     bool isThere() const { return profile_ != nullptr; }
     ZUVXMLObject *get() const { return profile_; }
@@ -55,7 +102,7 @@ public:
     ZUVXMLObject *qos() const { return qos_; }
 
 private:
-    BRELCfgFileParser &parser_;
+    Generated generated_;
     ZUVXMLObject *profile_ = nullptr;
     ZUVXMLObject *qos_ = nullptr;
 };
@@ -122,21 +169,17 @@ public:
     explicit BaseName(Object *xmlQos) : xmlQos_(xmlQos) {}
     ~BaseName()
     {
-        if (isSet_ &&
-            (former_ == nullptr || !ZUVXMLUTILSObject_setAttribute(xmlQos_, kBaseName, former_))) {
-            ZUVXMLUTILSObject_removeAttribute(xmlQos_, kBaseName);
+        if (isSet_) {
+            ZUVXMLUTILSObject_putBackAttribute(xmlQos_, kBaseName, former_);
         }
-        DDS_String_free(former_);
     }
     BaseName(const BaseName &) = delete;
     BaseName &operator=(const BaseName &) = delete;
 
     bool set(const char *name)
     {
-        const char *const own = ZUVXMLUTILSObject_getAttribute(xmlQos_, kBaseName);
-        former_ = own == nullptr ? nullptr : DDS_String_dup(own);
-        isSet_ = name != nullptr && (own == nullptr || former_ != nullptr) &&
-                 ZUVXMLUTILSObject_setAttribute(xmlQos_, kBaseName, name);
+        isSet_ = name != nullptr &&
+                 ZUVXMLUTILSObject_replaceAttribute(xmlQos_, kBaseName, name, &former_);
         if (!isSet_) {
             BREL_XML_FAILURE(&ZUV_LOG_ANY_FAILURE_s, "set base name attribute");
         }
@@ -145,7 +188,7 @@ public:
 
 private:
     Object *xmlQos_;
-    char *former_ = nullptr;
+    ZUVXMLUTILSAttribute *former_ = nullptr;
     bool isSet_ = false;
 };
 
@@ -279,26 +322,24 @@ int BRELCfgFileParser_getDistLogOptions(ZUV_DL_Options *distlogOptions,
     if (BREL_XML_IS_NULL(self)) {
         return 0;
     }
-    if (!BRELCfgFileParser_generateNativeExtensionObject(self, xmlDistLog, nullptr)) {
-        BREL_XML_FAILURE(&ZUV_LOG_ANY_FAILURE_s, "parse XML snippet string");
+    const Generated generated(*self, xmlDistLog, nullptr);
+    if (!generated.isMade()) {
         return 0;
     }
-    const ZUVXMLObject *const library =
-        DDS_XMLObject_lookup_child(self->_xmlDdsQosRoot, BREL_XML_ENTITIES_QOS_LIBRARY_NAME);
+    const ZUVXMLObject *const library = generated.library();
     const char *const tag = ZUVXMLUTILSObject_getTagName(xmlDistLog);
-    ZUVXMLObject *const xmlOptions =
+    const ZUVXMLObject *const xmlOptions =
         library == nullptr ? nullptr : ZUVXMLObject_getFirstChildWithTag(library, tag);
     if (xmlOptions == nullptr) {
         BREL_XML_FAILURE(&ZUVXMLUTILS_LOG_PARSER_ENTITY_NOT_FOUND_s, tag);
         return 0;
     }
     const ZUV_DL_Options *const options = ZUV_DL_XMLConfig_getDLOptions(xmlOptions);
-    const int isCopied = options != nullptr && ZUV_DL_Options_copy(distlogOptions, options);
-    if (!isCopied) {
+    if (options == nullptr || !ZUV_DL_Options_copy(distlogOptions, options)) {
         BREL_XML_FAILURE(&ZUV_LOG_ANY_FAILURE_s, "copy DL options");
+        return 0;
     }
-    BRELXmlUtils_deleteDdsXmlObject(self->_xmlDdsParser, xmlOptions);
-    return isCopied;
+    return 1;
 }
 
 const DDS_TypeCode *BRELCfgFileParser_lookUpTypeCode(const BRELCfgFileParser *self,

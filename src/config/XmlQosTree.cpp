@@ -1,5 +1,6 @@
 // The way of a document, or of one QoS element, into the tree of QoS profiles.
 #include <array>
+#include <cstring>
 
 #include "config/XmlCommon.h"
 #include "config/XmlLog.hpp"
@@ -28,6 +29,15 @@ private:
     std::array<char, 257> text_;
 };
 
+// Let the reports about a child of an excerpt name the place where the original stands.
+bool keepPlace(ZUVXMLUTILSObject *copy, const ZUVXMLUTILSObject *original)
+{
+    const char *const file = ZUVXMLUTILSObject_getFilePath(original);
+    const bool canBeNamed = file != nullptr && std::strstr(file, "?>") == nullptr;
+    return ZUVXMLUTILSObject_restoreLines(copy) &&
+           (!canBeNamed || ZUVXMLUTILSObject_addProcessingInstruction(copy, "zuv-file", file));
+}
+
 // What of a document concerns the side tree, as a document of its own: a transformation takes its time by the
 // whole of what it is given.
 brel::TreePointer excerptOf(const ZUVXMLUTILSObject *document)
@@ -47,7 +57,7 @@ brel::TreePointer excerptOf(const ZUVXMLUTILSObject *document)
         const ZUVXMLUTILSObject *child = ZUVXMLUTILSObject_getFirstChildWithTag(document, tag);
         for (; child != nullptr; child = ZUVXMLUTILSObject_getNextSiblingWithTag(child, tag)) {
             ZUVXMLUTILSObject *const copy = ZUVXMLUTILSObject_copyAsChild(excerpt.get(), child);
-            if (copy == nullptr) {
+            if (copy == nullptr || !keepPlace(copy, child)) {
                 return nullptr;
             }
             ZUVXMLUTILSObject_moveToEnd(copy);
@@ -105,7 +115,9 @@ int BRELCfgFileParser_generateNativeExtensionObject(BRELCfgFileParser *self,
         return 0;
     }
     ZUVXMLObject *const root =
-        ZUVXMLParser_parseFromString(self->_xmlDdsParser, self->_xmlDdsQosRoot, text.get());
+        ZUVXMLParser_parseFromPlace(self->_xmlDdsParser, self->_xmlDdsQosRoot, text.get(),
+                                    ZUVXMLUTILSObject_getFilePath(xmlSourceElement),
+                                    ZUVXMLUTILSObject_getLine(xmlSourceElement));
     if (root == nullptr) {
         BREL_XML_FAILURE(&ZUV_LOG_ANY_FAILURE_s, "parse QoS configuration");
         if (ZUVXMLObject *const half =

@@ -106,8 +106,15 @@ private:
 
     [[noreturn]] static void refuse(const ZUVXMLObject &element, std::string_view what)
     {
+        refuse(element, what, element);
+    }
+    // `culprit` is the element that says it.
+    [[noreturn]] static void refuse(const ZUVXMLObject &element, std::string_view what,
+                                    const ZUVXMLObject &culprit)
+    {
         HeapString reason(element.tag);
-        throw BadQos{reason.append(" ").append(fullNameOf(element)).append(": ").append(what)};
+        reason.append(" ").append(fullNameOf(element)).append(": ").append(what);
+        throw BadQos{std::move(reason), &culprit};
     }
 
     // The profile that the profile names as its base, or null.
@@ -246,7 +253,7 @@ private:
         try {
             readQos(table, element, value->record());
         } catch (const BadQos &bad) {
-            refuse(element, bad.reason);
+            refuse(element, bad.reason, *bad.element);
         }
         element.qos = std::move(value);
         return *element.qos;

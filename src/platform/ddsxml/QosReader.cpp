@@ -32,6 +32,7 @@ std::string_view trimmed(std::string_view text)
 struct Place {
     std::string_view outer;
     std::string_view tag;
+    const ZUVXMLObject &element;
 };
 
 [[noreturn]] void refuse(const Place &place, std::string_view what)
@@ -41,7 +42,7 @@ struct Place {
         reason.append(reason.empty() ? "" : ".").append(place.tag);
     }
     reason.append(reason.empty() ? "" : ": ").append(what);
-    throw BadQos{std::move(reason)};
+    throw BadQos{std::move(reason), &place.element};
 }
 
 [[noreturn]] void refuseText(const Place &place, std::string_view text, std::string_view what)
@@ -336,7 +337,8 @@ void readFields(const dds::QosPolicy &table, const ZUVXMLObject &element, void *
         const auto found = std::find_if(table.fields.begin(), table.fields.end(),
                                         [&](const QosField &field) { return tag == field.tag; });
         if (found != table.fields.end()) {
-            readField(*found, {place, tag}, child, static_cast<char *>(policy) + found->offset);
+            readField(*found, {place, tag, child}, child,
+                      static_cast<char *>(policy) + found->offset);
             return;
         }
         tag += '.';
@@ -346,7 +348,8 @@ void readFields(const dds::QosPolicy &table, const ZUVXMLObject &element, void *
             });
         if (!isStructure) {
             const std::string_view inner = structure.substr(0, structure.find('.'));
-            refuse({place, inner}, HeapString("there is no '").append(child.tag).append("'"));
+            refuse({place, inner, child},
+                   HeapString("there is no '").append(child.tag).append("'"));
         }
         readFields(table, child, policy, place, tag);
     });
@@ -367,7 +370,8 @@ void readQos(const dds::QosRecord &table, const ZUVXMLObject &element, void *rec
             table.members.begin(), table.members.end(),
             [&](const dds::QosMember &member) { return child.tag == member.policy->tag; });
         if (found == table.members.end()) {
-            refuse({}, HeapString("there is no policy '").append(child.tag).append("'"));
+            refuse({"", "", child},
+                   HeapString("there is no policy '").append(child.tag).append("'"));
         }
         readPolicy(*found->policy, child, static_cast<char *>(record) + found->offset, child.tag);
     });

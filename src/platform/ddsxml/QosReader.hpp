@@ -8,9 +8,10 @@
 namespace zuv::ddsxml
 {
 
-// What is wrong in an element: "policy.field: 'text' is no number".
+// What is wrong: "policy.field: 'text' is no number"; and the element that says so.
 struct BadQos {
     xmlutils::HeapString reason;
+    const ZUVXMLObject *element;
 };
 
 // Let what the element says replace what stands in the record; what it does not mention stays. Properties are replaced

@@ -1,6 +1,8 @@
 #include "platform/ddsxml/XmlObject.hpp"
 
 #include <algorithm>
+#include <charconv>
+#include <cstring>
 
 #include "platform/ddsxml/QosInheritance.hpp"
 #include "platform/ddsxml/XmlLog.hpp"
@@ -77,13 +79,41 @@ ZUVXMLObject *ZUVXMLObject::findByName(std::string_view childName) const
 
 namespace zuv::ddsxml
 {
+namespace
+{
 
-ObjectOwner copyOf(const ZUVXMLUTILSObject *element)
+// `outer` is the offset where no instruction holds, `current` that of the element before.
+int lineOffsetOf(const ZUVXMLUTILSObject *element, int outer, int current)
+{
+    const char *const text = ZUVXMLUTILSObject_getPrecedingInstruction(element, "zuv-linenumber");
+    if (text == nullptr) {
+        return current;
+    }
+    int line = 0;
+    const auto result = std::from_chars(text, text + std::strlen(text), line);
+    return result.ec == std::errc() ? line - ZUVXMLUTILSObject_getLine(element) : outer;
+}
+
+} // namespace
+
+const char *fileOf(const ZUVXMLObject &element)
+{
+    const ZUVXMLObject *one = &element;
+    while (one != nullptr && one->file.empty()) {
+        one = one->parent;
+    }
+    return one != nullptr ? one->file.c_str() : nullptr;
+}
+
+ObjectOwner copyOf(const ZUVXMLUTILSObject *element, int lineOffset)
 {
     ObjectOwner copy(xmlutils::heapNew<ZUVXMLObject>());
     copy->tag = ZUVXMLUTILSObject_getTagName(element);
     copy->name = ZUVXMLUTILSObject_getName(element);
-    copy->line = ZUVXMLUTILSObject_getLine(element);
+    copy->line = ZUVXMLUTILSObject_getLine(element) + lineOffset;
+    if (const char *const file = ZUVXMLUTILSObject_getProcessingInstruction(element, "zuv-file")) {
+        copy->file = file;
+    }
     for (const ZUVXMLUTILSAttribute *at = ZUVXMLUTILSObject_getFirstAttribute(element);
          at != nullptr; at = ZUVXMLUTILSAttribute_getNext(at)) {
         copy->attributes.push_back(
@@ -93,8 +123,10 @@ ObjectOwner copyOf(const ZUVXMLUTILSObject *element)
     if (child == nullptr) {
         copy->text = ZUVXMLUTILSObject_getText(element);
     }
-    for (; child != nullptr; child = ZUVXMLUTILSObject_getNextSibling(child)) {
-        ObjectOwner inner = copyOf(child);
+    for (int offset = lineOffset; child != nullptr;
+         child = ZUVXMLUTILSObject_getNextSibling(child)) {
+        offset = lineOffsetOf(child, lineOffset, offset);
+        ObjectOwner inner = copyOf(child, offset);
         copy->append(inner.get());
         inner.release();
     }

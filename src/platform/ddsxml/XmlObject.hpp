@@ -43,7 +43,8 @@ struct ZUVXMLObject {
     zuv::xmlutils::HeapString tag;
     zuv::xmlutils::HeapString name;
     zuv::xmlutils::HeapString text;
-    int line = 0; // in the text that was read
+    int line = 0;                   // in the document that it comes from
+    zuv::xmlutils::HeapString file; // of that document; empty: as the parent, or none
     zuv::xmlutils::HeapVector<Attribute> attributes;
     ZUVXMLObject *parent = nullptr;
     ZUVXMLObject *previous = nullptr;
@@ -68,8 +69,14 @@ namespace zuv::ddsxml
 
 using ObjectOwner = xmlutils::HeapPointer<ZUVXMLObject>;
 
-// The same element with all that is in it. Throws std::bad_alloc.
-ObjectOwner copyOf(const ZUVXMLUTILSObject *element);
+// The same element with all that is in it. An instruction "zuv-linenumber" in front of an element says on which line that
+// one stands in its document, and those behind it until the next such instruction; one that holds no number ends that.
+// An instruction "zuv-file" in an element says which document that is. `lineOffset` is how far elements without such
+// an instruction are from the lines of the text. Throws std::bad_alloc.
+ObjectOwner copyOf(const ZUVXMLUTILSObject *element, int lineOffset = 0);
+
+// The file that the element comes from; null if it comes from none.
+const char *fileOf(const ZUVXMLObject &element);
 
 } // namespace zuv::ddsxml
 

@@ -91,13 +91,22 @@ void readExtensions(const DDS_XMLParser &self, ZUVXMLObject &library)
         try {
             extension->read(element);
         } catch (const BadQos &bad) {
-            extension->onError(bad.reason.c_str(), "parse", element.line);
-            throw BadQos{HeapString(element.tag).append(" ").append(bad.reason)};
+            extension->onError(bad.reason.c_str(), "parse", bad.element->line);
+            throw BadQos{HeapString(element.tag).append(" ").append(bad.reason), bad.element};
         }
     });
 }
 
-ZUVXMLObject *read(const DDS_XMLParser &self, const char *text, ZUVXMLObject *existingRoot)
+void report(const BadQos &bad)
+{
+    const char *const file = fileOf(*bad.element);
+    ZUV_LOG_TEMPLATE(ZUVXMLUTILS, ZUV_LOG_BIT_EXCEPTION, ZUVXMLUTILS_SUBMODULE_PARSER,
+                     &ZUV_LOG_FAILURE_TEMPLATE, "read %s, line %d: %s",
+                     file != nullptr ? file : "text", bad.element->line, bad.reason.c_str());
+}
+
+ZUVXMLObject *read(const DDS_XMLParser &self, ZUVXMLObject *existingRoot, const char *text,
+                   const char *file, int line)
 {
     const TreePointer tree(ZUVXMLUTILSParser_parseString(text));
     if (tree == nullptr) {
@@ -112,7 +121,8 @@ ZUVXMLObject *read(const DDS_XMLParser &self, const char *text, ZUVXMLObject *ex
     if (std::strstr(text, kVariableMark) != nullptr && !expandVariables(tree.get(), existingRoot)) {
         return nullptr;
     }
-    ObjectOwner document = copyOf(tree.get());
+    ObjectOwner document = copyOf(tree.get(), line - 1);
+    document->file = file != nullptr ? file : "";
     try {
         forEachChild(*document, [&](ZUVXMLObject &child) {
             if (isLibrary(child)) {
@@ -121,8 +131,7 @@ ZUVXMLObject *read(const DDS_XMLParser &self, const char *text, ZUVXMLObject *ex
         });
         resolveQos(*document, existingRoot);
     } catch (const BadQos &bad) {
-        ZUV_LOG_TEMPLATE(ZUVXMLUTILS, ZUV_LOG_BIT_EXCEPTION, ZUVXMLUTILS_SUBMODULE_PARSER,
-                         &ZUV_LOG_FAILURE_TEMPLATE, "read %s", bad.reason.c_str());
+        report(bad);
         return nullptr;
     }
     if (existingRoot == nullptr) {
@@ -204,11 +213,17 @@ ZUVXMLExtensionClass *DDS_XMLParser_find_extension_class(const DDS_XMLParser *se
 ZUVXMLObject *ZUVXMLParser_parseFromString(DDS_XMLParser *self, ZUVXMLObject *existingRoot,
                                            const char *text)
 {
+    return ZUVXMLParser_parseFromPlace(self, existingRoot, text, nullptr, 1);
+}
+
+ZUVXMLObject *ZUVXMLParser_parseFromPlace(DDS_XMLParser *self, ZUVXMLObject *existingRoot,
+                                          const char *text, const char *file, int line)
+{
     if (ZUV_DDSXML_IS_NULL(self) || ZUV_DDSXML_IS_NULL(text)) {
         return nullptr;
     }
     return reported<ZUVXMLObject *>(nullptr, "parse profiles",
-                                    [&] { return read(*self, text, existingRoot); });
+                                    [&] { return read(*self, existingRoot, text, file, line); });
 }
 
 void DDS_XMLParser_free_dom(DDS_XMLParser *self, ZUVXMLObject *object)

@@ -42,6 +42,13 @@ ZUVXMLExtensionClass *DDS_XMLParser_find_extension_class(const DDS_XMLParser *se
 ZUVXMLObject *ZUVXMLParser_parseFromString(DDS_XMLParser *self, ZUVXMLObject *existingRoot,
                                            const char *text);
 
+/* The same for a text that was made of an element of another document. Reports name the file, NULL for none, and count
+ * lines from `line` on, the one on which that element stands. An instruction <?zuv-linenumber N?> in front of an element
+ * says that it stands on line N instead; it counts until the next one, which may hold something else than a number.
+ * <?zuv-file PATH?> in a child of the root names its file. */
+ZUVXMLObject *ZUVXMLParser_parseFromPlace(DDS_XMLParser *self, ZUVXMLObject *existingRoot,
+                                          const char *text, const char *file, int line);
+
 /* Free the element with all that is in it; it may still stand in a tree. NULL for `object` does nothing. */
 void DDS_XMLParser_free_dom(DDS_XMLParser *self, ZUVXMLObject *object);
 

@@ -111,6 +111,17 @@ int ZUVXMLUTILSObject_setAttribute(ZUVXMLUTILSObject *self, const char *name, co
 /* Remove the attribute; nothing happens if there is none. */
 void ZUVXMLUTILSObject_removeAttribute(ZUVXMLUTILSObject *self, const char *name);
 
+/* Set the attribute, which may not be "name", for a time. `*former` becomes what stood there before: the attribute,
+ * which is alive and in no element now, or NULL. 1, or 0 after a report when there is no memory; then nothing has
+ * changed. */
+int ZUVXMLUTILSObject_replaceAttribute(ZUVXMLUTILSObject *self, const char *name, const char *value,
+                                       ZUVXMLUTILSAttribute **former);
+
+/* The end of that time: the attribute stands again where and as it stood, or there is none again. Needs no memory.
+ * `former` may be NULL. */
+void ZUVXMLUTILSObject_putBackAttribute(ZUVXMLUTILSObject *self, const char *name,
+                                        ZUVXMLUTILSAttribute *former);
+
 /* The attributes in the order of the document; NULL behind the last. Declarations of namespaces are none. */
 ZUVXMLUTILSAttribute *ZUVXMLUTILSObject_getFirstAttribute(const ZUVXMLUTILSObject *self);
 ZUVXMLUTILSAttribute *ZUVXMLUTILSAttribute_getNext(const ZUVXMLUTILSAttribute *self);
@@ -123,6 +134,11 @@ const char *ZUVXMLUTILSAttribute_getValue(const ZUVXMLUTILSAttribute *self);
  * none. The instructions of an element are those directly within it. */
 const char *ZUVXMLUTILSObject_getProcessingInstruction(const ZUVXMLUTILSObject *self,
                                                        const char *name);
+
+/* The text of the nearest processing instruction of this name between the element and the one before it; NULL, and no
+ * report, if there is none. */
+const char *ZUVXMLUTILSObject_getPrecedingInstruction(const ZUVXMLUTILSObject *self,
+                                                      const char *name);
 
 /* Add a processing instruction, as the first thing within the element. 1, or 0 when there is no memory. */
 int ZUVXMLUTILSObject_addProcessingInstruction(ZUVXMLUTILSObject *self, const char *name,
@@ -156,6 +172,10 @@ ZUVXMLUTILSObject *ZUVXMLUTILSObject_copyAsChild(ZUVXMLUTILSObject *self,
 
 /* Move the element behind all its siblings. */
 void ZUVXMLUTILSObject_moveToEnd(ZUVXMLUTILSObject *self);
+
+/* Put ends of lines between the elements within this one, so that in its text each stands as far below it as in the
+ * document that it comes from. 1, or 0 after a report when there is no memory; then some may be missing. */
+int ZUVXMLUTILSObject_restoreLines(ZUVXMLUTILSObject *self);
 
 /* The element with everything in it as XML text, without an XML declaration. The caller releases it with
  * ZUVOsapiHeap_free. NULL when there is no memory. */

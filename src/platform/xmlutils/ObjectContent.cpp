@@ -43,6 +43,19 @@ NodePointer newInstruction(xmlDoc *document, const char *name, const char *text)
     return scope.isOutOfMemory() ? nullptr : std::move(node);
 }
 
+const char *instructionIn(const xmlNode *node, const char *name)
+{
+    const bool isOne = node->type == XML_PI_NODE && std::strcmp(toText(node->name), name) == 0;
+    return isOne ? toText(node->content) : nullptr;
+}
+
+void reportNotSet(const xmlNode *node, const char *attribute)
+{
+    ZUV_LOG_TEMPLATE(ZUVXMLUTILS, ZUV_LOG_BIT_EXCEPTION, ZUVXMLUTILS_SUBMODULE_OBJECT,
+                     &ZUV_LOG_FAILURE_TEMPLATE, "set attribute '%s' of element <%s>", attribute,
+                     tagOf(node).data());
+}
+
 } // namespace
 
 extern "C" {
@@ -80,12 +93,45 @@ int ZUVXMLUTILSObject_setAttribute(ZUVXMLUTILSObject *self, const char *name, co
         return 0;
     }
     if (ZUV_OSAPI_FAULT("xmlutils.attribute") || !changeAttribute(toNode(self), name, value, {})) {
-        ZUV_LOG_TEMPLATE(ZUVXMLUTILS, ZUV_LOG_BIT_EXCEPTION, ZUVXMLUTILS_SUBMODULE_OBJECT,
-                         &ZUV_LOG_FAILURE_TEMPLATE, "set attribute '%s' of element <%s>", name,
-                         tagOf(toNode(self)).data());
+        reportNotSet(toNode(self), name);
         return 0;
     }
     return 1;
+}
+
+int ZUVXMLUTILSObject_replaceAttribute(ZUVXMLUTILSObject *self, const char *name, const char *value,
+                                       ZUVXMLUTILSAttribute **former)
+{
+    if (ZUV_XML_IS_NULL(OBJECT, self) || ZUV_XML_IS_NULL(OBJECT, name) ||
+        ZUV_XML_IS_NULL(OBJECT, value) || ZUV_XML_IS_NULL(OBJECT, former)) {
+        return 0;
+    }
+    xmlNode *const node = toNode(self);
+    xmlAttr *const attribute =
+        ZUV_OSAPI_FAULT("xmlutils.attribute") ? nullptr : newAttribute(node->doc, name, value);
+    if (attribute == nullptr) {
+        reportNotSet(node, name);
+        return 0;
+    }
+    *former = toPublic(exchangeAttribute(node, attribute));
+    return 1;
+}
+
+void ZUVXMLUTILSObject_putBackAttribute(ZUVXMLUTILSObject *self, const char *name,
+                                        ZUVXMLUTILSAttribute *former)
+{
+    if (ZUV_XML_IS_NULL(OBJECT, self) || ZUV_XML_IS_NULL(OBJECT, name)) {
+        return;
+    }
+    xmlNode *const node = toNode(self);
+    xmlAttr *const attribute = former == nullptr
+                                   ? findAttribute(node, name)
+                                   : exchangeAttribute(node, reinterpret_cast<xmlAttr *>(former));
+    if (attribute != nullptr && former == nullptr) {
+        removeAttribute(node, attribute);
+    } else if (attribute != nullptr) {
+        xmlFreeProp(attribute);
+    }
 }
 
 void ZUVXMLUTILSObject_removeAttribute(ZUVXMLUTILSObject *self, const char *name)
@@ -140,8 +186,23 @@ const char *ZUVXMLUTILSObject_getProcessingInstruction(const ZUVXMLUTILSObject *
         return nullptr;
     }
     for (const xmlNode *node = toNode(self)->children; node != nullptr; node = node->next) {
-        if (node->type == XML_PI_NODE && std::strcmp(toText(node->name), name) == 0) {
-            return toText(node->content);
+        if (const char *const text = instructionIn(node, name)) {
+            return text;
+        }
+    }
+    return nullptr;
+}
+
+const char *ZUVXMLUTILSObject_getPrecedingInstruction(const ZUVXMLUTILSObject *self,
+                                                      const char *name)
+{
+    if (ZUV_XML_IS_NULL(OBJECT, self) || ZUV_XML_IS_NULL(OBJECT, name)) {
+        return nullptr;
+    }
+    const xmlNode *node = toNode(self)->prev;
+    for (; node != nullptr && !isElement(node); node = node->prev) {
+        if (const char *const text = instructionIn(node, name)) {
+            return text;
         }
     }
     return nullptr;

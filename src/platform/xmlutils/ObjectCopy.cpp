@@ -14,6 +14,11 @@ using namespace zuv::xmlutils;
 namespace
 {
 
+std::string_view toText(const xmlNode *node)
+{
+    return node->content != nullptr ? reinterpret_cast<const char *>(node->content) : "";
+}
+
 int depthOf(const xmlNode *node)
 {
     int depth = 0;
@@ -30,6 +35,31 @@ int heightOf(const xmlNode *top)
         height = std::max(height, depthOf(node));
     }
     return height - depthOf(top) + 1;
+}
+
+// `line` is where the text has come to. False when there is no memory.
+bool spreadLines(xmlNode *parent, long &line)
+{
+    for (xmlNode *node = parent->children; node != nullptr; node = node->next) {
+        if (!isElement(node)) {
+            const std::string_view text = toText(node);
+            line += std::count(text.begin(), text.end(), '\n');
+            continue;
+        }
+        // No text may be longer, or the whole could not be read again.
+        const long gap = std::min<long>(lineOf(node) - line, ZUVXMLUTILS_TEXT_LENGTH_MAX);
+        if (gap > 0) {
+            const HeapString ends(static_cast<std::size_t>(gap), '\n');
+            if (!insertText(node, ends.c_str())) {
+                return false;
+            }
+            line += gap;
+        }
+        if (!spreadLines(node, line)) {
+            return false;
+        }
+    }
+    return true;
 }
 
 char *dump(const xmlNode *node)
@@ -90,6 +120,23 @@ void ZUVXMLUTILSObject_moveToEnd(ZUVXMLUTILSObject *self)
         detach(node);
         attach(parent, node, nullptr);
     }
+}
+
+int ZUVXMLUTILSObject_restoreLines(ZUVXMLUTILSObject *self)
+{
+    if (ZUV_XML_IS_NULL(OBJECT, self)) {
+        return 0;
+    }
+    xmlNode *const node = toNode(self);
+    Problem problem;
+    const auto onFailure = [&] { problem.set(node, Problem::kOutOfMemory); };
+    long line = lineOf(node);
+    if (!withMemory(false, onFailure, [&] { return spreadLines(node, line); })) {
+        problem.set(node, Problem::kOutOfMemory);
+        ZUV_XML_REPORT_PROBLEM(ZUVXMLUTILS_SUBMODULE_OBJECT, sourceOf(node), problem);
+        return 0;
+    }
+    return 1;
 }
 
 char *ZUVXMLUTILSObject_toString(const ZUVXMLUTILSObject *self)

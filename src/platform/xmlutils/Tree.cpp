@@ -100,9 +100,9 @@ bool isName(std::string_view attribute)
 }
 
 // Nodes of a program's own are not made by libxml2, to which somebody would have to listen for a want of memory.
-xmlAttr *addAttribute(xmlNode *node, const char *name)
+xmlAttr *newAttribute(xmlDoc *document, const char *name)
 {
-    const xmlChar *const knownName = xmlDictLookup(node->doc->dict, toXml(name), -1);
+    const xmlChar *const knownName = xmlDictLookup(document->dict, toXml(name), -1);
     void *const room = knownName != nullptr ? xmlMalloc(sizeof(xmlAttr)) : nullptr;
     if (room == nullptr) {
         return nullptr;
@@ -110,14 +110,8 @@ xmlAttr *addAttribute(xmlNode *node, const char *name)
     xmlAttr *const attribute = new (room) xmlAttr();
     attribute->type = XML_ATTRIBUTE_NODE;
     attribute->name = knownName;
-    attribute->parent = node;
-    attribute->doc = node->doc;
-    xmlAttr **link = &node->properties;
-    while (*link != nullptr) {
-        attribute->prev = *link;
-        link = &(*link)->next;
-    }
-    return *link = attribute;
+    attribute->doc = document;
+    return attribute;
 }
 
 // A short text lies in its node, where libxml2 itself puts those of documents.
@@ -329,8 +323,12 @@ bool changeAttribute(xmlNode *node, const char *name, const char *value, Attribu
         return false;
     }
     xmlAttr *attribute = findAttribute(node, name);
-    if (attribute == nullptr && (attribute = addAttribute(node, name)) == nullptr) {
-        return false;
+    if (attribute == nullptr) {
+        attribute = newAttribute(node->doc, name);
+        if (attribute == nullptr) {
+            return false;
+        }
+        exchangeAttribute(node, attribute);
     }
     documentOf(node)->mayHoldVariables |=
         std::string_view(value).find(kVariableMark) != std::string_view::npos;
@@ -353,6 +351,38 @@ bool changeAttribute(xmlNode *node, const char *name, const char *value, Attribu
         }
     }
     return true;
+}
+
+xmlAttr *newAttribute(xmlDoc *document, const char *name, const char *value)
+{
+    NodePointer text = newText(document, value);
+    xmlAttr *const attribute = text != nullptr ? newAttribute(document, name) : nullptr;
+    if (attribute != nullptr) {
+        text->parent = reinterpret_cast<xmlNode *>(attribute);
+        attribute->children = attribute->last = text.release();
+    }
+    return attribute;
+}
+
+xmlAttr *exchangeAttribute(xmlNode *node, xmlAttr *attribute)
+{
+    xmlAttr *const former = findAttribute(node, view(attribute->name));
+    xmlAttr *last = node->properties;
+    while (last != nullptr && last->next != nullptr) {
+        last = last->next;
+    }
+    attribute->parent = node;
+    attribute->prev = former != nullptr ? former->prev : last;
+    attribute->next = former != nullptr ? former->next : nullptr;
+    (attribute->prev != nullptr ? attribute->prev->next : node->properties) = attribute;
+    if (attribute->next != nullptr) {
+        attribute->next->prev = attribute;
+    }
+    if (former != nullptr) {
+        former->prev = former->next = nullptr;
+        former->parent = nullptr;
+    }
+    return former;
 }
 
 void removeAttribute(xmlNode *node, xmlAttr *attribute)
@@ -414,6 +444,15 @@ void attach(xmlNode *parent, xmlNode *node, xmlNode *before)
         linkLast(parent, node);
     }
     changeIndexOf(node, [&](ChildIndex &index) { index.add(node); });
+}
+
+bool insertText(xmlNode *before, const char *text)
+{
+    NodePointer node = newText(before->doc, text);
+    if (node != nullptr) {
+        linkBefore(before, node.get());
+    }
+    return node.release() != nullptr;
 }
 
 void insertFirst(xmlNode *parent, xmlNode *node)

@@ -154,6 +154,11 @@ struct AttributeChange {
     bool isRetired = false;
 };
 bool changeAttribute(_xmlNode *node, const char *name, const char *value, AttributeChange change);
+// An attribute that stands nowhere; null when there is no memory.
+_xmlAttr *newAttribute(_xmlDoc *document, const char *name, const char *value);
+// Put the attribute, which stands nowhere, into the place of the one with the same name, or behind all. Returns that
+// one, which is the caller's now, or null. Not for names of elements, of which there is an index.
+_xmlAttr *exchangeAttribute(_xmlNode *node, _xmlAttr *attribute);
 void removeAttribute(_xmlNode *node, _xmlAttr *attribute);
 // Give the element, which holds text, another one; the former is retired. False when there is no memory.
 bool changeText(_xmlNode *node, const char *text);
@@ -167,6 +172,8 @@ bool renameTag(_xmlNode *node, const char *tag);
 void attach(_xmlNode *parent, _xmlNode *node, _xmlNode *before);
 // Put a node that is no element before everything else in the parent.
 void insertFirst(_xmlNode *parent, _xmlNode *node);
+// Put a text between a node and the one before it. False when there is no memory.
+bool insertText(_xmlNode *before, const char *text);
 // Take the node out of its tree.
 void detach(_xmlNode *node);
 // Free a node with its subtree; it may still stand in a tree.

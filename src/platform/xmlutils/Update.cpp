@@ -65,28 +65,6 @@ void stripProgramAttributes(xmlNode *copy, const xmlNode *original)
     }
 }
 
-// Put the attribute, which stands nowhere, into the place of the one with the same name, or behind all.
-void linkAttribute(xmlNode *element, xmlAttr *attribute)
-{
-    xmlAttr *const former = findAttribute(element, view(attribute->name));
-    xmlAttr *last = element->properties;
-    while (last != nullptr && last->next != nullptr) {
-        last = last->next;
-    }
-    attribute->parent = element;
-    attribute->prev = former != nullptr ? former->prev : last;
-    attribute->next = former != nullptr ? former->next : nullptr;
-    (attribute->prev != nullptr ? attribute->prev->next : element->properties) = attribute;
-    if (attribute->next != nullptr) {
-        attribute->next->prev = attribute;
-    }
-    if (former != nullptr) {
-        former->prev = former->next = nullptr;
-        former->parent = nullptr;
-        xmlFreeProp(former);
-    }
-}
-
 } // namespace
 
 Update::Update(xmlNode *target, const xmlNode *update)
@@ -116,7 +94,9 @@ Update::~Update()
 void Update::commit()
 {
     for (const NewAttribute &added : attributes_) {
-        linkAttribute(added.element, added.attribute);
+        if (xmlAttr *const former = exchangeAttribute(added.element, added.attribute)) {
+            xmlFreeProp(former);
+        }
     }
     attributes_.clear();
     for (NewText &replaced : texts_) {
@@ -147,18 +127,11 @@ void Update::planAttributes(xmlNode *target, const xmlNode *update)
             continue;
         }
         attributes_.reserve(attributes_.size() + 1);
-        xmlAttr *const attribute = xmlNewDocProp(target->doc, from->name, nullptr);
+        xmlAttr *const attribute = newAttribute(target->doc, name.data(), valueOf(from));
         if (attribute == nullptr) {
             throw std::bad_alloc();
         }
         attributes_.push_back({target, attribute});
-        xmlNode *const text =
-            xmlNewDocText(target->doc, reinterpret_cast<const xmlChar *>(valueOf(from)));
-        if (text == nullptr) {
-            throw std::bad_alloc();
-        }
-        text->parent = reinterpret_cast<xmlNode *>(attribute);
-        attribute->children = attribute->last = text;
     }
 }
 

@@ -1,6 +1,9 @@
 // Every allocation and every fault point fails once, and onward: the outcome is a success or a reported failure,
 // nothing leaks, and the next operation works. A change that fails leaves what is saved as it was.
 #include "ConfigTest.h"
+#include "SideTree.h"
+#include "config/XmlQos.h"
+#include "config/XmlSupport.hpp"
 #include "support/FaultSweep.h"
 
 namespace zuv_test
@@ -203,6 +206,199 @@ TEST_F(XmlFaults, ofStarting)
             EXPECT_TRUE(heap.isBalanced()) << point << pass;
         }
     }
+}
+
+// -- What QoS elements say: afterwards both trees are as before, whatever failed ---------------------------------
+
+using zuv::dds::QosRecord;
+using zuv::ddsxml::QosValue;
+
+// A kind of QoS: an element of it with a text of its own, and the operation that reads it.
+struct QosKind {
+    const QosRecord *table;
+    const char *tag;
+    const char *policy;
+    int (*get)(void *qos, const ZUVXMLUTILSObject *parent);
+};
+
+template <typename Qos, int (*Get)(Qos *, const ZUVXMLUTILSObject *)>
+int getQos(void *qos, const ZUVXMLUTILSObject *parent)
+{
+    return Get(static_cast<Qos *>(qos), parent);
+}
+template <typename Qos, int (*Get)(Qos *, const ZUVXMLUTILSObject *, const char *)>
+int getQosOfTopic(void *qos, const ZUVXMLUTILSObject *parent)
+{
+    return Get(static_cast<Qos *>(qos), parent, "Square");
+}
+
+constexpr const char *kUserData = "<user_data><value>AQID</value></user_data>";
+constexpr const char *kGroupData = "<group_data><value>AQID</value></group_data>";
+
+const QosKind kQosKinds[] = {
+    {&zuv::dds::kDomainParticipantQosRecord, "domain_participant_qos", kUserData,
+     &getQos<DDS_DomainParticipantQos, BRELCfgFileParser_getParticipantQos>},
+    {&zuv::dds::kSubscriberQosRecord, "subscriber_qos", kGroupData,
+     &getQos<DDS_SubscriberQos, BRELCfgFileParser_getSubscriberQos>},
+    {&zuv::dds::kPublisherQosRecord, "publisher_qos", kGroupData,
+     &getQos<DDS_PublisherQos, BRELCfgFileParser_getPublisherQos>},
+    {&zuv::dds::kDataReaderQosRecord, "datareader_qos", kUserData,
+     &getQosOfTopic<DDS_DataReaderQos, BRELCfgFileParser_getDataReaderQos>},
+    {&zuv::dds::kDataWriterQosRecord, "datawriter_qos", kUserData,
+     &getQosOfTopic<DDS_DataWriterQos, BRELCfgFileParser_getDataWriterQos>},
+};
+
+class QosFaults : public XmlFaults, public testing::WithParamInterface<std::tuple<QosKind, bool>>
+{
+protected:
+    // A parser that holds `content` in a port, and a library for it.
+    Parser newPort(const std::string &content)
+    {
+        property.enforce_xsd_validation = DDS_BOOLEAN_FALSE;
+        Parser parser = newParser();
+        EXPECT_EQ(load(parser, "<dds><types><struct name='s'><member name='m' type='int32'/>"
+                               "</struct></types><qos_library name='l'><qos_profile name='base'>"
+                               "<datareader_qos topic_filter='S*'/><datawriter_qos/>"
+                               "</qos_profile></qos_library><port name='p'>" +
+                                   content + "</port></dds>"),
+                  1);
+        return parser;
+    }
+
+    static std::string trees(const Parser &parser)
+    {
+        return calmly([&] { return toText(parser->_xmlRoot) + describe(*parser->_xmlDdsQosRoot); });
+    }
+
+    // Each point in turn, and each pass through it.
+    template <typename Body>
+    static void failEachPoint(Body &&body)
+    {
+        std::uint32_t failureCount = 0;
+        for (const char *point :
+             {"ddsxml", "xmlutils.attribute", "xmlutils.copy", "xmlutils.full_name",
+              "xmlutils.parse", "xmlutils.processing_instruction", "xmlutils.to_string",
+              "xmlutils.transform", "xmlutils.user_data", "xmlutils.expand"}) {
+            std::uint32_t injected = 1;
+            for (std::uint32_t pass = 1; injected != 0; ++pass) {
+                SCOPED_TRACE(testing::Message() << point << " " << pass);
+                const LogCapture log;
+                const HeapCheck heap;
+                ZUVOsapiFault_arm(point, pass, 0);
+                const bool succeeded = body();
+                injected = ZUVOsapiFault_getInjectedCount();
+                ZUVOsapiFault_disarm();
+                EXPECT_NE(succeeded, injected != 0);
+                EXPECT_NE(succeeded, !log.texts().empty());
+                EXPECT_TRUE(heap.isBalanced());
+                failureCount += !succeeded;
+            }
+        }
+        EXPECT_GE(failureCount, 4U);
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(Kinds, QosFaults,
+                         testing::Combine(testing::ValuesIn(kQosKinds), testing::Bool()),
+                         [](const auto &one) {
+                             return std::string(std::get<0>(one.param).tag) +
+                                    (std::get<1>(one.param) ? "_of_a_live_one" : "");
+                         });
+
+TEST_P(QosFaults, ofResolving)
+{
+    const auto &[kind, isLive] = GetParam();
+    const std::string tag = kind.tag;
+    const Parser parser =
+        newPort("<" + tag + " name='n' base_name='l::base'>" + kind.policy + "</" + tag + ">");
+    ZUVXMLUTILSObject *const port = at(parser, "::p");
+    std::optional<QosValue> live;
+    if (isLive) {
+        live.emplace(*kind.table);
+        ASSERT_EQ(ZUVXMLUTILSObject_setUserData(
+                      ZUVXMLUTILSObject_getFirstChildWithTag(port, kind.tag), live->record()),
+                  1);
+    }
+    const std::string before = trees(parser);
+    const QosValue defaults(*kind.table);
+    QosValue expected(*kind.table);
+    ASSERT_EQ(kind.get(expected.record(), port), 1);
+    ASSERT_FALSE(zuv::dds::qosEquals(*kind.table, expected.record(), defaults.record()));
+
+    const auto resolve = [&, &table = *kind.table, get = kind.get] {
+        std::optional<QosValue> qos;
+        calmly([&] { return &qos.emplace(table); });
+        const bool isRead = get(qos->record(), port) != 0;
+        EXPECT_EQ(trees(parser), before);
+        EXPECT_TRUE(zuv::dds::qosEquals(table, qos->record(),
+                                        isRead ? expected.record() : defaults.record()));
+        return isRead;
+    };
+    sweepFaults<kManySteps>(resolve);
+    failEachPoint(resolve);
+}
+
+TEST_F(QosFaults, ofOptionsOfTheLogger)
+{
+    const Parser parser = newPort("<distributed_logger><level>FATAL</level></distributed_logger>");
+    const std::string before = trees(parser);
+    ZUVXMLUTILSObject *const element = ZUVXMLUTILSObject_getFirstChild(at(parser, "::p"));
+    const auto resolve = [&] {
+        ZUV_DL_Options options = {};
+        const bool isRead = BRELCfgFileParser_getDistLogOptions(&options, element) != 0;
+        EXPECT_EQ(trees(parser), before);
+        EXPECT_EQ(options.queueSize, isRead ? 128 : 0);
+        return isRead;
+    };
+    sweepFaults<kManySteps>(resolve);
+    failEachPoint(resolve);
+}
+
+TEST_F(QosFaults, ofTypes)
+{
+    // A type is made once, so that each attempt needs a parser of its own.
+    bool isFailing = true;
+    for (std::uint32_t count = 1; isFailing; ++count) {
+        const Parser parser = newPort("");
+        const std::string before = trees(parser);
+        const LogCapture log;
+        ZUVOsapiFault_arm(nullptr, count, 0);
+        const DDS_TypeCode *const type = BRELCfgFileParser_lookUpTypeCode(parser.get(), "s");
+        isFailing = ZUVOsapiFault_getInjectedCount() != 0;
+        ZUVOsapiFault_disarm();
+        EXPECT_NE(type != nullptr, isFailing);
+        EXPECT_EQ(log.texts().empty(), !isFailing);
+        EXPECT_EQ(trees(parser), before);
+        EXPECT_NE(BRELCfgFileParser_lookUpTypeCode(parser.get(), "s"), nullptr);
+    }
+}
+
+// A document is taken up as a whole or not at all.
+TEST_F(QosFaults, ofDocuments)
+{
+    const Parser parser = newPort("");
+    const std::string before = trees(parser);
+    const Tree document = parse(
+        "<dds version='7.7.0'>\n<types/><configuration_variables/>\n\n<qos_library name='l'>\n"
+        "<qos_profile name='derived' base_name='base'><datareader_qos/></qos_profile>"
+        "</qos_library></dds>");
+    ASSERT_EQ(ZUVXMLUTILSObject_setUserData(document.get(), parser.get()), 1);
+    const auto takeUp = [&] {
+        const bool isTaken = BRELCfgFileParser_generateNativeExtensionObject(
+                                 parser.get(), document.get(), nullptr) != 0;
+        EXPECT_EQ(isTaken, trees(parser) != before);
+        if (isTaken) {
+            ZUVXMLObject &root = *parser->_xmlDdsQosRoot;
+            for (ZUVXMLObject *const added : {DDS_XMLObject_lookup(&root, "l::derived"),
+                                              root.lastChild, root.lastChild->previous}) {
+                BRELXmlUtils_deleteDdsXmlObject(parser->_xmlDdsParser, added);
+            }
+            EXPECT_EQ(trees(parser), before);
+        }
+        return isTaken;
+    };
+    sweepFaults<kManySteps>(takeUp);
+    failEachPoint(takeUp);
 }
 
 } // namespace

@@ -74,7 +74,7 @@ TEST_F(DistLogger, hasWhatItsElementSays)
 TEST_F(DistLogger, tellsItsClassWhatIsWrong)
 {
     EXPECT_EQ(refusal(logger("<queue_size>0</queue_size>")),
-              "!read distributed_logger queue_size: '0' is too small");
+              "!read text, line 1: distributed_logger queue_size: '0' is too small");
     EXPECT_EQ(heard, "parse 1: queue_size: '0' is too small");
     EXPECT_NE(refusal(logger("<level>DEBUG</level>")), "");
     EXPECT_NE(refusal(logger("<verbosity/>")), "");

@@ -213,34 +213,37 @@ TEST_F(QosInheritance, refusesCirclesWithTheirPath)
     EXPECT_EQ(refusal(library("l", profile("name='a' base_name='b'", "") +
                                        profile("name='b' base_name='c'", "") +
                                        profile("name='c' base_name='a'", ""))),
-              "!read qos_profile ::l::a: its bases go round in a circle: "
+              "!read text, line 1: qos_profile ::l::a: its bases go round in a circle: "
               "::l::a -> ::l::b -> ::l::c -> ::l::a");
-    EXPECT_EQ(refusal(library("l", profile("name='a' base_name='a'", ""))),
-              "!read qos_profile ::l::a: its bases go round in a circle: ::l::a -> ::l::a");
+    EXPECT_EQ(
+        refusal(library("l", profile("name='a' base_name='a'", ""))),
+        "!read text, line 1: qos_profile ::l::a: its bases go round in a circle: ::l::a -> ::l::a");
     EXPECT_EQ(refusal(library("l", profile("name='in' base_name='a'", "") +
                                        profile("name='a' base_name='b'", "") +
                                        profile("name='b' base_name='a'", ""))),
-              "!read qos_profile ::l::a: its bases go round in a circle: "
+              "!read text, line 1: qos_profile ::l::a: its bases go round in a circle: "
               "::l::a -> ::l::b -> ::l::a");
     EXPECT_EQ(refusal(library("l", "<datareader_qos name='x' base_name='y'/>"
                                    "<datareader_qos name='y' base_name='x'/>")),
-              "!read datareader_qos ::l::x: its bases go round in a circle: "
+              "!read text, line 1: datareader_qos ::l::x: its bases go round in a circle: "
               "::l::x -> ::l::y -> ::l::x");
     EXPECT_EQ(refusal(library("l", profile("name='a'", "<datareader_qos base_name='l::a'/>"))),
-              "!read datareader_qos ::l::a: its bases go round in a circle: ::l::a -> ::l::a");
+              "!read text, line 1: datareader_qos ::l::a: its bases go round in a circle: ::l::a "
+              "-> ::l::a");
     EXPECT_EQ(root_, nullptr);
 }
 
 TEST_F(QosInheritance, refusesBasesThatAreNotThereOrOfAnotherKind)
 {
     EXPECT_EQ(refusal(library("l", profile("name='a' base_name='b'", ""))),
-              "!read qos_profile ::l::a: the base 'b' is not there");
+              "!read text, line 1: qos_profile ::l::a: the base 'b' is not there");
     EXPECT_EQ(
         refusal(library("l", "<datareader_qos name='b'/>" + profile("name='a' base_name='b'", ""))),
-        "!read qos_profile ::l::a: the base 'b' is no profile");
+        "!read text, line 1: qos_profile ::l::a: the base 'b' is no profile");
     EXPECT_EQ(refusal(library("l", "<datawriter_qos name='b'/>" +
                                        profile("name='a'", "<datareader_qos base_name='b'/>"))),
-              "!read datareader_qos ::l::a: the base 'b' is neither a profile nor of this kind");
+              "!read text, line 1: datareader_qos ::l::a: the base 'b' is neither a profile nor of "
+              "this kind");
 }
 
 TEST_F(QosInheritance, refusesRowsThatAreTooLong)
@@ -258,7 +261,7 @@ TEST_F(QosInheritance, refusesRowsThatAreTooLong)
     EXPECT_EQ(depthOf("l::p63"), 3);
     profiles = next(zuv::ddsxml::kMaxInheritanceDepth) + profiles;
     EXPECT_EQ(refusal(library("m", profiles)),
-              "!read qos_profile ::m::p64: too many bases in a row");
+              "!read text, line 1: qos_profile ::m::p64: too many bases in a row");
 }
 
 TEST_F(QosInheritance, leavesTheTreeAsItWasAfterARefusal)
@@ -373,7 +376,7 @@ TEST_F(QosVariables, yieldToTheEnvironment)
 TEST_F(QosVariables, refuseADocumentThatTheyMakeWrong)
 {
     EXPECT_EQ(refusal(library("a", readerOf("$(NOBODY)"))),
-              "!read datareader_qos ::a::q: history.depth: '$(NOBODY)' is no number");
+              "!read text, line 1: datareader_qos ::a::q: history.depth: '$(NOBODY)' is no number");
     EXPECT_NE(refusal(variables(variable("X", "$(X)")) + library("a", readerOf("$(X)"))), "");
     EXPECT_EQ(root_, nullptr);
 }

@@ -26,12 +26,12 @@ protected:
         return read("<resource_limits><max_samples>" + text + "</max_samples></resource_limits>")
             .resource_limits.max_samples;
     }
-    // Why policies are refused, behind "!read datareader_qos ::l::q: ".
+    // Why policies are refused, behind "!read text, line 1: datareader_qos ::l::q: ".
     std::string why(const std::string &policies)
     {
         const std::string text =
             refusal(library("l", "<datareader_qos name='q'>" + policies + "</datareader_qos>"));
-        const std::string start = "!read datareader_qos ::l::q: ";
+        const std::string start = "!read text, line 1: datareader_qos ::l::q: ";
         return text.compare(0, start.size(), start) == 0 ? text.substr(start.size()) : text;
     }
 

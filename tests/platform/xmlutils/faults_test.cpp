@@ -46,7 +46,7 @@ std::string manyRoutes()
     std::string text = "<dds><service name='s'>";
     for (int index = 0; index < 30; ++index) {
         text += "<route name='r" + std::to_string(index) +
-                "' x='$(HOME)'><in>a text that is too long to be interned</in></route>";
+                "' x='$(HOME)'>\n<in>a text that is too long to be interned</in></route>";
     }
     return text + "</service></dds>";
 }
@@ -107,6 +107,16 @@ TEST_F(XmlFaults, ofChanges)
         [](ZUVXMLUTILSObject *x) {
             return ZUVXMLUTILSObject_setAttribute(x, "new", "a value of some length") != 0;
         },
+        [](ZUVXMLUTILSObject *x) {
+            ZUVXMLUTILSAttribute *former = nullptr;
+            const bool isReplaced =
+                ZUVXMLUTILSObject_replaceAttribute(x, "x", "a value of some length", &former) != 0;
+            if (isReplaced) {
+                ZUVXMLUTILSObject_putBackAttribute(x, "x", former);
+            }
+            return isReplaced;
+        },
+        [](ZUVXMLUTILSObject *x) { return ZUVXMLUTILSObject_restoreLines(x) != 0; },
         [](ZUVXMLUTILSObject *x) {
             return ZUVXMLUTILSObject_setName(x, "another name of some length") != 0;
         },

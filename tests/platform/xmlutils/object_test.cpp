@@ -1,6 +1,7 @@
 #include <thread>
 
 #include "XmlTest.h"
+#include "platform/xmlutils/Utils.h"
 
 namespace zuv_test
 {
@@ -166,6 +167,60 @@ TEST_F(XmlObject, keepsProcessingInstructionsApartFromChildren)
     ASSERT_EQ(ZUVXMLUTILSObject_addProcessingInstruction(text.get(), "q", ""), 1);
     EXPECT_STREQ(ZUVXMLUTILSObject_getText(text.get()), "12");
     EXPECT_EQ(ZUVXMLUTILSObject_isText(text.get()), 1);
+}
+
+TEST_F(XmlObject, knowsTheInstructionInFrontOfAnElement)
+{
+    const Tree tree = parse("<a><?p 0?><b/><?p 1?><?p 2?><!-- --><?q 3?><c/><d/></a>");
+    const auto *const b = ZUVXMLUTILSObject_getFirstChild(tree.get());
+    const auto *const c = ZUVXMLUTILSObject_getNextSibling(b);
+    EXPECT_STREQ(ZUVXMLUTILSObject_getPrecedingInstruction(b, "p"), "0");
+    EXPECT_EQ(ZUVXMLUTILSObject_getPrecedingInstruction(b, "q"), nullptr);
+    EXPECT_STREQ(ZUVXMLUTILSObject_getPrecedingInstruction(c, "p"), "2");
+    EXPECT_STREQ(ZUVXMLUTILSObject_getPrecedingInstruction(c, "q"), "3");
+    EXPECT_EQ(ZUVXMLUTILSObject_getPrecedingInstruction(ZUVXMLUTILSObject_getNextSibling(c), "p"),
+              nullptr);
+    EXPECT_EQ(ZUVXMLUTILSObject_getPrecedingInstruction(tree.get(), "p"), nullptr);
+}
+
+TEST_F(XmlObject, hasAnAttributeForATime)
+{
+    for (const char *text :
+         {"<r><a/></r>", "<r><a x=\"1\"/></r>", "<r><a x=\"\" y=\"2\"/></r>",
+          "<r><a w=\"0\" x=\"1\" y=\"2\"/></r>", "<r><a y=\"2\" x=\"1\"/></r>"}) {
+        const Tree tree = parse(text);
+        ZUVXMLUTILSObject *const a = ZUVXMLUTILSObject_getFirstChild(tree.get());
+        ZUVXMLUTILSAttribute *former = nullptr;
+        ASSERT_EQ(ZUVXMLUTILSObject_replaceAttribute(a, "x", "other", &former), 1);
+        EXPECT_STREQ(ZUVXMLUTILSObject_getAttribute(a, "x"), "other");
+        ZUVXMLUTILSObject_putBackAttribute(a, "x", former);
+        EXPECT_EQ(toText(tree), text);
+        // It is still the document's, so that an update carries it over.
+        const Tree target = parse("<r><a/></r>");
+        ASSERT_EQ(ZUVXMLUTILSUtils_updateObject(target.get(), tree.get()), 1);
+        const char *const x = ZUVXMLUTILSObject_getAttribute(a, "x");
+        const char *const carried =
+            ZUVXMLUTILSObject_getAttribute(ZUVXMLUTILSObject_getFirstChild(target.get()), "x");
+        EXPECT_EQ(x == nullptr ? "" : x, std::string(carried == nullptr ? "" : carried));
+    }
+}
+
+TEST_F(XmlObject, standsInItsTextOnTheLineThatItHad)
+{
+    const Tree tree = parse("<t>\n<a>\n\n<b/> <b/>\n<!-- one\ntwo --> <c>\nthree\n</c\n>\n<?p x\n"
+                            "y?><d\nx='1'>\n\n<e/></d></a></t>");
+    ZUVXMLUTILSObject *const a = ZUVXMLUTILSObject_getFirstChild(tree.get());
+    ASSERT_EQ(ZUVXMLUTILSObject_restoreLines(a), 1);
+    const std::string text = toText(a);
+    EXPECT_EQ(text, "<a>\n\n<b/><b/><!-- one\ntwo -->\n<c>\nthree\n</c><?p x\ny?>\n\n\n"
+                    "<d x=\"1\">\n\n<e/></d></a>");
+    const Tree again = parse(text);
+    const auto *one = ZUVXMLUTILSObject_getFirstChild(a);
+    const auto *other = ZUVXMLUTILSObject_getFirstChild(again.get());
+    for (; one != nullptr; one = ZUVXMLUTILSObject_getNextSibling(one)) {
+        EXPECT_EQ(ZUVXMLUTILSObject_getLine(other) + 1, ZUVXMLUTILSObject_getLine(one));
+        other = ZUVXMLUTILSObject_getNextSibling(other);
+    }
 }
 
 TEST_F(XmlObject, carriesUserData)
