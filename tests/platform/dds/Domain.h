@@ -56,10 +56,12 @@ template <typename Type>
 class Link
 {
 public:
-    // `configure` may change both QoS; `filter` is an expression for the reader, or NULL.
+    // `configure` may change both QoS, `configureGroups` those of the publisher and subscriber; `filter` is an expression
+    // for the reader, or NULL.
     explicit Link(
         const std::function<void(DDS_DataWriterQos &, DDS_DataReaderQos &)> &configure = {},
-        const char *filter = nullptr)
+        const char *filter = nullptr,
+        const std::function<void(DDS_PublisherQos &, DDS_SubscriberQos &)> &configureGroups = {})
     {
         participant = joinDomain();
         EXPECT_EQ(Type::registerType(participant, Type::name()), DDS_RETCODE_OK);
@@ -81,8 +83,19 @@ public:
         if (configure) {
             configure(writerQos, readerQos);
         }
-        publisher = DDS_DomainParticipant_get_implicit_publisher(participant);
-        subscriber = DDS_DomainParticipant_get_implicit_subscriber(participant);
+        DDS_PublisherQos publisherQos;
+        DDS_SubscriberQos subscriberQos;
+        DDS_PublisherQos_initialize(&publisherQos);
+        DDS_SubscriberQos_initialize(&subscriberQos);
+        if (configureGroups) {
+            configureGroups(publisherQos, subscriberQos);
+        }
+        publisher = DDS_DomainParticipant_create_publisher(participant, &publisherQos, nullptr,
+                                                           DDS_STATUS_MASK_NONE);
+        subscriber = DDS_DomainParticipant_create_subscriber(participant, &subscriberQos, nullptr,
+                                                             DDS_STATUS_MASK_NONE);
+        DDS_PublisherQos_finalize(&publisherQos);
+        DDS_SubscriberQos_finalize(&subscriberQos);
         reader = DDS_Subscriber_create_datareader(subscriber, description, &readerQos, nullptr,
                                                   DDS_STATUS_MASK_NONE);
         writer = DDS_Publisher_create_datawriter(publisher, topic, &writerQos, nullptr,
