@@ -53,9 +53,10 @@ string schemaTypeOf(const QosField &field, const string &declared)
         return "dataRepresentationSeq";
     case QosFieldKind::kProperties:
         return "propertyValueSeq";
-    case QosFieldKind::kMask:
     case QosFieldKind::kText:
-        return declared; // as the field needs it
+        return "elementName";
+    case QosFieldKind::kMask:
+        return declared; // its values are tried out
     }
     return "";
 }
@@ -144,9 +145,15 @@ TEST_F(SchemaOfQos, takesTheValuesOfEachField)
                     EXPECT_TRUE(takes(string(field.names->enumerators[0].name) + "\n"));
                     EXPECT_FALSE(takes(string("DDS_") + field.names->enumerators[0].name));
                 } else if (field.kind == QosFieldKind::kMask) {
-                    for (const auto &[name, value] : field.names->enumerators) {
+                    const string none = field.names->enumerators[0].name;
+                    string all;
+                    EXPECT_TRUE(takes(none));
+                    for (const auto &[name, value] : field.names->enumerators.subspan(1)) {
                         EXPECT_TRUE(takes(name)) << name;
+                        all += (all.empty() ? "" : "|") + string(name);
+                        EXPECT_FALSE(takes(none + "|" + name)) << name;
                     }
+                    EXPECT_TRUE(takes(all));
                     EXPECT_FALSE(takes("ANY"));
                 } else if (field.kind == QosFieldKind::kLong) {
                     const std::int64_t least = field.range->least;

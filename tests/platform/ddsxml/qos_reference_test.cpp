@@ -1,10 +1,9 @@
-// The schema and the reference of QoS say what the table of policies says.
+// The reference of QoS says what the table of policies says.
 //
 // ZUV_WRITE_QOS_REFERENCE=1 platform_ddsxml_test --gtest_filter=QosReference.* writes the reference anew.
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
-#include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -13,7 +12,6 @@
 
 #include "platform/dds/QosPolicies.h"
 #include "platform/dds/QosTable.hpp"
-#include "platform/ddsxml/SchemaTexts.h"
 
 namespace
 {
@@ -24,162 +22,6 @@ using zuv::dds::QosFieldKind;
 using zuv::dds::QosMember;
 using zuv::dds::QosPolicy;
 using zuv::dds::QosRecord;
-
-// "structure.field" without the structure; and that structure, or "".
-std::string fieldOf(const QosField &field)
-{
-    const std::string tag = field.tag;
-    const std::size_t dot = tag.find('.');
-    return dot == tag.npos ? tag : tag.substr(dot + 1);
-}
-std::string structureOf(const QosField &field)
-{
-    const std::string tag = field.tag;
-    const std::size_t dot = tag.find('.');
-    return dot == tag.npos ? "" : tag.substr(0, dot);
-}
-
-// ---- The text of the schema ----
-
-std::string elementOf(const std::string &name, const std::string &type)
-{
-    return "<xs:element name=\"" + name + "\" type=\"" + type + "\" minOccurs=\"0\"/>";
-}
-
-std::string complexType(const std::string &name, const std::string &elements)
-{
-    return "<xs:complexType name=\"" + name + "\"><xs:all>" + elements +
-           "</xs:all></xs:complexType>";
-}
-
-std::string schemaTypeOf(const QosField &field)
-{
-    switch (field.kind) {
-    case QosFieldKind::kBoolean:
-        return "xs:boolean";
-    case QosFieldKind::kLong:
-        return field.range->schemaType;
-    case QosFieldKind::kEnum:
-        return field.names->schemaType;
-    case QosFieldKind::kDuration:
-        return "duration";
-    case QosFieldKind::kText:
-        return "elementName";
-    case QosFieldKind::kOctets:
-        return "xs:base64Binary";
-    case QosFieldKind::kTexts:
-        return "stringSeq";
-    case QosFieldKind::kRepresentations:
-        return "dataRepresentationSeq";
-    case QosFieldKind::kMask:
-    case QosFieldKind::kProperties:
-        break;
-    }
-    return "";
-}
-
-// "NONE|(A|B)( ?\| ?(A|B))*"
-std::string maskElement(const QosField &field)
-{
-    std::string bits;
-    for (const auto &bit : field.names->enumerators.subspan(1)) {
-        bits += (bits.empty() ? "" : "|") + std::string(bit.name);
-    }
-    return "<xs:element name=\"" + fieldOf(field) +
-           "\" minOccurs=\"0\"><xs:simpleType><xs:restriction base=\"xs:token\"><xs:pattern "
-           "value=\"" +
-           field.names->enumerators[0].name + "|(" + bits + ")( ?\\| ?(" + bits +
-           "))*\"/></xs:restriction></xs:simpleType></xs:element>";
-}
-
-std::string fieldElements(const QosPolicy &policy, const std::string &structure)
-{
-    std::string text;
-    for (const QosField &field : policy.fields) {
-        if (structureOf(field) == structure) {
-            text += field.kind == QosFieldKind::kMask
-                        ? maskElement(field)
-                        : elementOf(fieldOf(field), schemaTypeOf(field));
-        }
-    }
-    return text;
-}
-
-// The types of a policy: of its nested structure, and of itself.
-std::vector<std::string> schemaOf(const QosPolicy &policy)
-{
-    std::string structure;
-    for (const QosField &field : policy.fields) {
-        structure = structureOf(field).empty() ? structure : structureOf(field);
-    }
-    std::string elements = fieldElements(policy, "");
-    std::vector<std::string> types;
-    if (policy.nestedSchemaType != nullptr) {
-        types.push_back(complexType(policy.nestedSchemaType, fieldElements(policy, structure)));
-        elements += elementOf(structure, policy.nestedSchemaType);
-    }
-    types.push_back(complexType(policy.schemaType, elements));
-    return types;
-}
-
-std::string schemaOf(const zuv::dds::QosNames &names)
-{
-    std::string text;
-    for (const auto &one : names.enumerators) {
-        text += "<xs:enumeration value=\"" + std::string(one.name) + "\"/>";
-    }
-    return "<xs:simpleType name=\"" + std::string(names.schemaType) +
-           "\"><xs:restriction base=\"xs:token\">" + text + "</xs:restriction></xs:simpleType>";
-}
-
-// The committed schema without its documentation and without blanks between elements.
-std::string committedSchema()
-{
-    std::string text;
-    for (const char *piece : ZUV_DDS_QOS_PROFILES_DEFINITIONS_XSD) {
-        text += piece;
-    }
-    text = std::regex_replace(text, std::regex("<!--[^]*?-->"), "");
-    text = std::regex_replace(text, std::regex("<xs:annotation>[^]*?</xs:annotation>"), "");
-    text = std::regex_replace(text, std::regex(">\\s+<"), "><");
-    return std::regex_replace(text, std::regex("(<xs:element [^>]*[^/])></xs:element>"), "$1/>");
-}
-
-TEST(QosSchema, hasTheTypesOfThePolicies)
-{
-    const std::string schema = committedSchema();
-    for (const QosRecord *const record : zuv::dds::kQosRecords) {
-        for (const QosMember &member : record->members) {
-            for (const QosField &field : member.policy->fields) {
-                if (field.names != nullptr && field.names->schemaType != nullptr) {
-                    EXPECT_NE(schema.find(schemaOf(*field.names)), schema.npos)
-                        << schemaOf(*field.names);
-                }
-            }
-            // A list of properties has a form of its own, which other elements share.
-            if (member.policy->fields[0].kind == QosFieldKind::kProperties) {
-                continue;
-            }
-            for (const std::string &type : schemaOf(*member.policy)) {
-                EXPECT_NE(schema.find(type), schema.npos) << type;
-            }
-        }
-    }
-}
-
-TEST(QosSchema, hasThePoliciesOfTheRecords)
-{
-    const std::string schema = committedSchema();
-    for (const QosRecord *const record : zuv::dds::kQosRecords) {
-        std::string elements;
-        for (const QosMember &member : record->members) {
-            elements += elementOf(member.policy->tag, member.policy->schemaType);
-        }
-        EXPECT_NE(schema.find("<xs:all>" + elements + "</xs:all>"), schema.npos) << elements;
-    }
-}
-
-// ---- The reference ----
 
 std::string namesText(const zuv::dds::QosNames &names)
 {

@@ -147,7 +147,7 @@ TEST_P(QosRoundTrip, givesTheSameRecord)
 {
     const QosRecord &table = *zuv::dds::kQosRecords[GetParam()];
     RandomQos random(GetParam());
-    constexpr int kCount = 170; // over 1000 for all kinds
+    constexpr int kCount = 1000;
     for (int round = 0; round < kCount; ++round) {
         QosValue qos(table);
         random.fill(qos);
