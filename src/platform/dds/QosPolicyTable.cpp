@@ -103,9 +103,10 @@ constexpr QosField boolean(const char *tag, std::size_t offset, bool value, QosE
 }
 
 constexpr QosField number(const char *tag, std::size_t offset, const QosRange &range,
-                          std::int32_t value, QosEffect effect, const char *note = "")
+                          const char *unit, std::int32_t value, QosEffect effect,
+                          const char *note = "")
 {
-    return {tag, QosFieldKind::kLong, offset, effect, note, value, kZero, nullptr, &range};
+    return {tag, QosFieldKind::kLong, offset, effect, note, value, kZero, nullptr, &range, unit};
 }
 
 constexpr QosField duration(const char *tag, std::size_t offset, DDS_Duration_t value,
@@ -158,13 +159,14 @@ constexpr QosField kDurabilityServiceFields[] = {
              kAnnounced),
     enumeration("history_kind", AT(DurabilityService, history_kind), kHistoryKinds,
                 DDS_KEEP_LAST_HISTORY_QOS, kAnnounced),
-    number("history_depth", AT(DurabilityService, history_depth), kPositive, 1, kAnnounced),
-    number("max_samples", AT(DurabilityService, max_samples), kPositiveOrUnlimited, kUnlimited,
+    number("history_depth", AT(DurabilityService, history_depth), kPositive, "samples", 1,
            kAnnounced),
-    number("max_instances", AT(DurabilityService, max_instances), kPositiveOrUnlimited, kUnlimited,
-           kAnnounced),
+    number("max_samples", AT(DurabilityService, max_samples), kPositiveOrUnlimited, "samples",
+           kUnlimited, kAnnounced),
+    number("max_instances", AT(DurabilityService, max_instances), kPositiveOrUnlimited, "instances",
+           kUnlimited, kAnnounced),
     number("max_samples_per_instance", AT(DurabilityService, max_samples_per_instance),
-           kPositiveOrUnlimited, kUnlimited, kAnnounced),
+           kPositiveOrUnlimited, "samples", kUnlimited, kAnnounced),
 };
 constexpr QosField kPresentationFields[] = {
     enumeration("access_scope", AT(Presentation, access_scope), kAccessScopeKinds,
@@ -183,7 +185,7 @@ constexpr QosField kOwnershipFields[] = {
                 kMiddleware),
 };
 constexpr QosField kOwnershipStrengthFields[] = {
-    number("value", AT(OwnershipStrength, value), kNotNegative, 0, kMiddleware),
+    number("value", AT(OwnershipStrength, value), kNotNegative, "", 0, kMiddleware),
 };
 constexpr QosField kLivelinessFields[] = {
     enumeration("kind", AT(Liveliness, kind), kLivelinessKinds, DDS_AUTOMATIC_LIVELINESS_QOS,
@@ -205,7 +207,7 @@ constexpr QosField kReliabilityFields[] = {
              "The longest that a write waits for room."),
 };
 constexpr QosField kTransportPriorityFields[] = {
-    number("value", AT(TransportPriority, value), kAnyNumber, 0, kAnnounced),
+    number("value", AT(TransportPriority, value), kAnyNumber, "", 0, kAnnounced),
 };
 constexpr QosField kLifespanFields[] = {
     duration("duration", AT(Lifespan, duration), kInfinite, kMiddleware),
@@ -217,16 +219,16 @@ constexpr QosField kDestinationOrderFields[] = {
 };
 constexpr QosField kHistoryFields[] = {
     enumeration("kind", AT(History, kind), kHistoryKinds, DDS_KEEP_LAST_HISTORY_QOS, kMiddleware),
-    number("depth", AT(History, depth), kPositive, 1, kMiddleware,
-           "Samples of each instance, with KEEP_LAST."),
+    number("depth", AT(History, depth), kPositive, "samples", 1, kMiddleware,
+           "Of each instance, with KEEP_LAST."),
 };
 constexpr QosField kResourceLimitsFields[] = {
-    number("max_samples", AT(ResourceLimits, max_samples), kPositiveOrUnlimited, kUnlimited,
-           kMiddleware, "Of a type with a key the limit holds for each instance."),
-    number("max_instances", AT(ResourceLimits, max_instances), kPositiveOrUnlimited, kUnlimited,
-           kMiddleware, "4096 when samples are limited and instances are not."),
+    number("max_samples", AT(ResourceLimits, max_samples), kPositiveOrUnlimited, "samples",
+           kUnlimited, kMiddleware, "Of a type with a key the limit holds for each instance."),
+    number("max_instances", AT(ResourceLimits, max_instances), kPositiveOrUnlimited, "instances",
+           kUnlimited, kMiddleware, "4096 when samples are limited and instances are not."),
     number("max_samples_per_instance", AT(ResourceLimits, max_samples_per_instance),
-           kPositiveOrUnlimited, kUnlimited, kMiddleware),
+           kPositiveOrUnlimited, "samples", kUnlimited, kMiddleware),
 };
 constexpr QosField kEntityFactoryFields[] = {
     boolean("autoenable_created_entities", AT(EntityFactory, autoenable_created_entities), true,
@@ -260,10 +262,12 @@ constexpr QosField kServiceFields[] = {
 constexpr QosField kParticipantResourceLimitsFields[] = {
     number("type_code_max_serialized_length",
            AT(DomainParticipantResourceLimits, type_code_max_serialized_length),
-           kNotNegativeOrUnlimited, 2048, kSystem, "Types are not announced, so any limit holds."),
+           kNotNegativeOrUnlimited, "octets", 2048, kSystem,
+           "Types are not announced, so any limit holds."),
     number("participant_property_string_max_length",
            AT(DomainParticipantResourceLimits, participant_property_string_max_length),
-           kNotNegativeOrUnlimited, 2048, kKept, "Properties of any length are announced."),
+           kNotNegativeOrUnlimited, "octets", 2048, kKept,
+           "Properties of any length are announced."),
 };
 constexpr QosField kDiscoveryFields[] = {
     empty("initial_peers", QosFieldKind::kTexts, AT(Discovery, initial_peers), kMiddleware,
@@ -285,7 +289,7 @@ constexpr QosField kReaderResourceLimitsFields[] = {
             AT(DataReaderResourceLimits, dynamically_allocate_fragmented_samples), false,
             kMiddleware, "Memory for each payload as it comes, in place of memory that is kept."),
     number("max_samples_per_read", AT(DataReaderResourceLimits, max_samples_per_read), kPositive,
-           1024, kMiddleware),
+           "samples", 1024, kMiddleware),
 };
 constexpr char kLowerBound[] = "The middleware always takes the upper bound of the pair.";
 constexpr QosField kWriterProtocolFields[] = {
@@ -303,10 +307,11 @@ constexpr QosField kWriterProtocolFields[] = {
              kHeartbeatPeriod, kKept, "There is one period, heartbeat_period."),
     number("rtps_reliable_writer.max_heartbeat_retries",
            AT(DataWriterProtocol, rtps_reliable_writer.max_heartbeat_retries), kPositiveOrUnlimited,
-           kUnlimited, kKept, "A reader that does not answer is dropped when its lease ends."),
+           "heartbeats", kUnlimited, kKept,
+           "A reader that does not answer is dropped when its lease ends."),
     number("rtps_reliable_writer.heartbeats_per_max_samples",
-           AT(DataWriterProtocol, rtps_reliable_writer.heartbeats_per_max_samples), kNotNegative, 0,
-           kKept, "The middleware decides when a heartbeat rides on a sample."),
+           AT(DataWriterProtocol, rtps_reliable_writer.heartbeats_per_max_samples), kNotNegative,
+           "heartbeats", 0, kKept, "The middleware decides when a heartbeat rides on a sample."),
     duration("rtps_reliable_writer.min_nack_response_delay",
              AT(DataWriterProtocol, rtps_reliable_writer.min_nack_response_delay), kZero, kSystem,
              kLowerBound),
@@ -318,10 +323,11 @@ constexpr QosField kWriterProtocolFields[] = {
              kMiddleware),
     number("rtps_reliable_writer.min_send_window_size",
            AT(DataWriterProtocol, rtps_reliable_writer.min_send_window_size), kPositiveOrUnlimited,
-           kUnlimited, kSystem, "The window does not shrink below the upper bound of the pair."),
+           "samples", kUnlimited, kSystem,
+           "The window does not shrink below the upper bound of the pair."),
     number("rtps_reliable_writer.max_send_window_size",
            AT(DataWriterProtocol, rtps_reliable_writer.max_send_window_size), kPositiveOrUnlimited,
-           kUnlimited, kMiddleware,
+           "samples", kUnlimited, kMiddleware,
            "Limits max_samples of a reliable writer with KEEP_ALL: a sample counts until all "
            "readers have it."),
 };

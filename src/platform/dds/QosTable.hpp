@@ -63,6 +63,7 @@ struct QosField {
     DDS_Duration_t defaultDuration = {0, 0};
     const QosNames *names = nullptr; // of kEnum and kMask, and for the elements of kRepresentations
     const QosRange *range = nullptr; // of kLong
+    const char *unit = "";           // of kLong, where the number counts something
 };
 
 struct QosPolicy {

@@ -1,5 +1,6 @@
 // The values that policies may have in a document, and those that are refused.
 #include "QosTree.h"
+#include "platform/ddsxml/XmlObject.hpp"
 
 namespace
 {
@@ -125,6 +126,76 @@ TEST_F(QosReading, knowsNestedStructures)
               3);
     EXPECT_EQ(why("<protocol><rtps_reliable_reader><delay/></rtps_reliable_reader></protocol>"),
               "protocol.rtps_reliable_reader: there is no 'delay'");
+}
+
+// Of all records: what has a name may be written with it, and nothing else takes that name.
+TEST_F(QosReading, knowsTheSymbolsOfEachField)
+{
+    using zuv::dds::QosFieldKind;
+    int count = 0;
+    for (const zuv::dds::QosRecord *const record : zuv::dds::kQosRecords) {
+        for (const zuv::dds::QosMember &member : record->members) {
+            for (const zuv::dds::QosField &field : member.policy->fields) {
+                // The field of a QoS with this text; null if it is refused.
+                const auto read = [&](const std::string &text) -> const void * {
+                    const zuv_test::LogCapture log;
+                    std::string content = text;
+                    std::string path =
+                        std::string(record->tag) + "." + member.policy->tag + "." + field.tag;
+                    for (std::size_t end = path.size(); end != path.npos;) {
+                        path.resize(end);
+                        end = path.rfind('.');
+                        const std::string tag = path.substr(end == path.npos ? 0 : end + 1);
+                        content = "<" + tag + ">" + content + "</" + tag + ">";
+                    }
+                    const std::string name = "l" + std::to_string(++count);
+                    if (!add(library(name, content))) {
+                        return nullptr;
+                    }
+                    const ZUVXMLObject &qos = *element(name)->firstChild;
+                    return zuv::dds::qosValueAt(qos.qos->record(), member, field);
+                };
+                const auto readsNumber = [&](const std::string &text, DDS_Long expected) {
+                    const auto *const value = static_cast<const DDS_Long *>(read(text));
+                    return value != nullptr && *value == expected;
+                };
+                SCOPED_TRACE(std::string(record->tag) + "." + member.policy->tag + "." + field.tag);
+                switch (field.kind) {
+                case QosFieldKind::kLong:
+                    for (const char *name : {"LENGTH_UNLIMITED", "DDS_LENGTH_UNLIMITED"}) {
+                        const bool isKnown = field.range->mayBeUnlimited ||
+                                             field.range->least <= DDS_LENGTH_UNLIMITED;
+                        EXPECT_EQ(readsNumber(name, DDS_LENGTH_UNLIMITED), isKnown) << name;
+                    }
+                    EXPECT_TRUE(readsNumber("0x10", 16));
+                    break;
+                case QosFieldKind::kEnum:
+                    for (const auto &[name, value] : field.names->enumerators) {
+                        EXPECT_TRUE(readsNumber(name, value)) << name;
+                        EXPECT_TRUE(readsNumber(std::string("DDS_") + name, value)) << name;
+                    }
+                    EXPECT_EQ(read("LENGTH_UNLIMITED"), nullptr);
+                    break;
+                case QosFieldKind::kDuration:
+                    for (const char *text : {"<sec>DURATION_INFINITE_SEC</sec><nanosec>"
+                                             "DURATION_INFINITE_NSEC</nanosec>",
+                                             "<sec>DDS_DURATION_INFINITE_SEC</sec>"}) {
+                        const auto *const value = static_cast<const DDS_Duration_t *>(read(text));
+                        EXPECT_TRUE(value != nullptr && DDS_Duration_is_infinite(value)) << text;
+                    }
+                    for (const char *text : {"<sec>DURATION_ZERO_SEC</sec><nanosec>"
+                                             "DDS_DURATION_ZERO_NSEC</nanosec>",
+                                             ""}) {
+                        const auto *const value = static_cast<const DDS_Duration_t *>(read(text));
+                        EXPECT_TRUE(value != nullptr && DDS_Duration_is_zero(value)) << text;
+                    }
+                    break;
+                default:
+                    break;
+                }
+            }
+        }
+    }
 }
 
 TEST_F(QosReading, knowsOctets)

@@ -37,11 +37,13 @@ std::string valuesOf(const QosField &field)
     switch (field.kind) {
     case QosFieldKind::kBoolean:
         return "`true`, `false`";
-    case QosFieldKind::kLong:
-        return field.range->least == INT32_MIN
-                   ? "number"
-                   : "number from " + std::to_string(field.range->least) +
-                         (field.range->mayBeUnlimited ? ", `LENGTH_UNLIMITED`" : "");
+    case QosFieldKind::kLong: {
+        const std::string unit = field.unit;
+        return (unit.empty() ? "number" : "number of " + unit) +
+               (field.range->least == INT32_MIN ? ""
+                                                : " from " + std::to_string(field.range->least)) +
+               (field.range->mayBeUnlimited ? ", `LENGTH_UNLIMITED`" : "");
+    }
     case QosFieldKind::kEnum:
         return namesText(*field.names);
     case QosFieldKind::kMask:
