@@ -3,8 +3,8 @@
 #include <new>
 #include <optional>
 
+#include "Reply.h"
 #include "Reports.h"
-#include "platform/typesys/String.h"
 #include "remoteConfig/RemoteConfigInfrastructure.h"
 
 namespace service
@@ -71,39 +71,6 @@ bool refuseFor(const char *command, const Entity &entity)
     return false;
 }
 
-class Reply
-{
-public:
-    Reply() { isGood_ = ZUV_Service_Admin_CommandReply_initialize(&reply_) != 0; }
-    ~Reply() { ZUV_Service_Admin_CommandReply_finalize(&reply_); }
-    Reply(const Reply &) = delete;
-    Reply &operator=(const Reply &) = delete;
-
-    bool send(bool isDone, const std::string &text, const DDS_SampleInfo &info,
-              ZUV_BrelServiceAdminReplier *replier)
-    {
-        reply_.retcode = isDone ? ZUV_Service_Admin_CommandReplyRetcode_OK_RETCODE
-                                : ZUV_Service_Admin_CommandReplyRetcode_ERROR_RETCODE;
-        return isGood_ && DDS_String_replace(&reply_.string_body, text.c_str()) != nullptr &&
-               ZUV_BrelServiceAdminReplier_send_reply(replier, &reply_, &info.sample_identity) ==
-                   DDS_RETCODE_OK;
-    }
-
-private:
-    ZUV_Service_Admin_CommandReply reply_ = {};
-    bool isGood_;
-};
-
-// The last reply of a service must be on its way before its writer goes.
-void waitUntilReceived(ZUV_BrelServiceAdminReplier *replier)
-{
-    constexpr DDS_Duration_t kPatience = {1, 0};
-    DDS_DataWriter_wait_for_acknowledgments(
-        ZUV_Service_Admin_CommandReplyDataWriter_as_datawriter(
-            ZUV_BrelServiceAdminReplier_get_reply_datawriter(replier)),
-        &kPatience);
-}
-
 } // namespace
 
 // A command is known by its action and by what it is about.
@@ -163,7 +130,7 @@ void Commands::handle(const Request &request, const DDS_SampleInfo &info,
     const Reports reports;
     std::string answer;
     const bool isDone = carryOut(request, answer);
-    Reply().send(isDone, isDone ? answer : reports.text(), info, replier);
+    sendReply(isDone, isDone ? answer : reports.text(), info, replier);
     if (isStopping_) {
         waitUntilReceived(replier);
         stop_();
@@ -340,7 +307,6 @@ bool Commands::load(const Request &request, std::string &answer)
 bool Commands::unload(const Request &, std::string &answer)
 {
     answer = "unloaded " + nameOf(configuration_->xml());
-    states_.clear();
     configuration_.reset();
     return true;
 }

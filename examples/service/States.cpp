@@ -35,6 +35,12 @@ bool canBePaused(ZUV_BrelServiceEntityKind kind)
            kind != ZUV_BREL_SERVICE_DOMAIN_ROUTE_ENTITY;
 }
 
+std::string keyOf(const ZUVXMLUTILSObject *xml)
+{
+    const char *const name = ZUVXMLUTILSObject_getFullyQualifiedName(xml);
+    return name != nullptr ? name : "";
+}
+
 // As the operator typed it.
 const char *commandOf(State wanted)
 {
@@ -48,7 +54,7 @@ const char *commandOf(State wanted)
 
 State States::of(const Entity &entity) const
 {
-    const auto found = states_.find(entity.xml);
+    const auto found = states_.find(keyOf(entity.xml));
     if (found != states_.end()) {
         return found->second;
     }
@@ -85,19 +91,17 @@ bool States::change(const Entity &entity, State wanted)
     }
     // What is enabled stays as it is, running or paused.
     if (wanted != kEnabled || now == kDisabled) {
-        states_[entity.xml] = wanted;
+        states_[keyOf(entity.xml)] = wanted;
     }
     return true;
 }
 
 void States::forget(const ZUVXMLUTILSObject *xml)
 {
-    std::erase_if(states_, [xml](const auto &entry) {
-        const ZUVXMLUTILSObject *inside = entry.first;
-        while (inside != nullptr && inside != xml) {
-            inside = ZUVXMLUTILSObject_getParent(inside);
-        }
-        return inside == xml;
+    const std::string name = keyOf(xml);
+    const std::string inside = name + "::";
+    std::erase_if(states_, [&](const auto &entry) {
+        return entry.first == name || entry.first.starts_with(inside);
     });
 }
 

@@ -27,7 +27,7 @@ public:
     void clear() { states_.clear(); }
 
 private:
-    std::map<const ZUVXMLUTILSObject *, ZUV_Service_EntityStateKind> states_;
+    std::map<std::string, ZUV_Service_EntityStateKind> states_; // by full name
 };
 
 } // namespace service

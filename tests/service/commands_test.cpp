@@ -261,6 +261,10 @@ TEST_F(State, beginsAsTheAttributeSays)
     EXPECT_EQ(ask("enable S1 session.s1"), result("dr1::s1 is ENABLED"));
     EXPECT_EQ(ask("load S1 bridge file://site.xml"), result("loaded bridge"));
     EXPECT_EQ(client.send(kGet, "dr1::s1", "", tag("state")), result("DISABLED"));
+    EXPECT_EQ(ask("enable S1 session.s1"), result("dr1::s1 is ENABLED"));
+    EXPECT_EQ(ask("unload S1"), result("unloaded bridge"));
+    EXPECT_EQ(ask("load S1 bridge file://site.xml"), result("loaded bridge"));
+    EXPECT_EQ(client.send(kGet, "dr1::s1", "", tag("state")), result("DISABLED"));
 }
 
 TEST_F(State, thatAnEntityCannotHaveIsRefused)
@@ -339,6 +343,10 @@ TEST_F(Delete, takesTheEntityWithItsStateAway)
     EXPECT_EQ(ask("pause S1 dr1::s1::all"), result("dr1::s1::all is PAUSED"));
     EXPECT_EQ(ask("delete S1 dr1::s1::all"), result("deleted dr1::s1::all"));
     EXPECT_THAT(ask("get S1 dr1::s1::all"), StartsWith("Error: unknown resource=dr1::s1::all."));
+    Client client;
+    EXPECT_EQ(client.send(kCreate, "dr1::s1", "str://\"" + kAll + "\""),
+              result("created dr1::s1::all"));
+    EXPECT_EQ(client.send(kGet, "dr1::s1::all", "", tag("state")), result("ENABLED"));
     EXPECT_EQ(ask("delete S1 session.s1"), result("deleted dr1::s1"));
     EXPECT_EQ(ask("delete S1 domain_route.dr1"), result("deleted dr1"));
     EXPECT_EQ(ask("get S1 bridge"), result(R"(<brel_service name="bridge">

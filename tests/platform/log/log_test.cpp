@@ -11,6 +11,7 @@
 #include "platform/log/DDSLog.h"
 #include "platform/log/Log.h"
 #include "platform/log/LogMessages.h"
+#include "platform/log/Sink.h"
 #include "support/HeapCheck.h"
 #include "support/LogCapture.h"
 
@@ -201,6 +202,20 @@ TEST_F(Log, theDefaultSinkWritesLevelFunctionAndText)
                        "WARNING operator(): text\n"
                        "INFO operator(): text\n"
                        "DEBUG operator(): text\n");
+}
+
+TEST_F(Log, aSinkMayPassALineOnToTheDefaultOne)
+{
+    int count = 0;
+    ZUVLog_setSink(
+        [](void *sinkData, const ZUVLogRecord *record) {
+            ++*static_cast<int *>(sinkData);
+            ZUVLog_writeToStandardError(nullptr, record);
+        },
+        &count);
+    EXPECT_EQ(standardErrorOf(waitForReply), "ERROR waitForReply: !wait for reply\n");
+    EXPECT_EQ(count, 1);
+    ZUVLog_setSink(nullptr, nullptr);
 }
 
 TEST_F(Log, aTextCannotStartALineOrSteerTheTerminal)
