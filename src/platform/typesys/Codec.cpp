@@ -129,8 +129,8 @@ DDS_Boolean writePayload(const DDS_TypeCode *type, std::uint32_t encapsulation, 
 // Hands the body of a payload, and whether its words must be turned, to `run`, if the payload is of the
 // encapsulation.
 template <typename Run>
-bool withBody(std::uint32_t encapsulation, const DDS_Octet *buffer, DDS_UnsignedLong length,
-              Run run)
+[[gnu::always_inline]] inline bool withBody(std::uint32_t encapsulation, const DDS_Octet *buffer,
+                                            DDS_UnsignedLong length, Run run)
 {
     if (length < kEncapsulationHeaderSize) {
         return false;
@@ -145,34 +145,41 @@ bool withBody(std::uint32_t encapsulation, const DDS_Octet *buffer, DDS_Unsigned
     return isNative ? run(std::false_type(), body, size) : run(std::true_type(), body, size);
 }
 
-// One pass over a body. `walk` gets the decoder, where to read to, and the size.
+// One pass over a body. `walk` gets the decoder, where to read to, the size, and marks.
 template <DecodePass Pass, bool Swap, typename Walk>
-bool pass(const DDS_Octet *body, std::size_t size, void *sample, const Walk &walk,
-          bool bearsUnknownValues)
+[[gnu::always_inline]] inline bool pass(const DDS_Octet *body, std::size_t size, void *sample,
+                                        const Walk &walk, bool bearsUnknownValues,
+                                        std::size_t *marks = nullptr)
 {
     zuv::Decoder<Pass, Swap> decoder(body, bearsUnknownValues);
-    const std::size_t end = walk(decoder, sample, size);
+    const std::size_t end = walk(decoder, sample, size, marks);
     return end != zuv::kFailed && (Pass == DecodePass::Read || size - end < kPayloadAlignment);
 }
 
 // The whole body is checked before any of it is read into the sample.
 template <typename Walk>
-bool checkAndRead(std::uint32_t encapsulation, const DDS_Octet *buffer, DDS_UnsignedLong length,
-                  void *sample, const Walk &walk, bool bearsUnknownValues)
+[[gnu::always_inline]] inline bool
+checkAndRead(std::uint32_t encapsulation, const DDS_Octet *buffer, DDS_UnsignedLong length,
+             void *sample, const Walk &walk, bool bearsUnknownValues)
 {
-    return withBody(
-        encapsulation, buffer, length, [&](auto swap, const DDS_Octet *body, std::size_t size) {
-            constexpr bool kSwap = decltype(swap)::value;
-            return pass<DecodePass::Check, kSwap>(body, size, nullptr, walk, bearsUnknownValues) &&
-                   !ZUV_OSAPI_FAULT("typesys.deserialize") &&
-                   pass<DecodePass::Read, kSwap>(body, size, sample, walk, bearsUnknownValues);
-        });
+    return withBody(encapsulation, buffer, length,
+                    [&](auto swap, const DDS_Octet *body, std::size_t size) {
+                        constexpr bool kSwap = decltype(swap)::value;
+                        std::size_t marks[zuv::kMarkCount];
+                        return pass<DecodePass::Check, kSwap>(body, size, nullptr, walk,
+                                                              bearsUnknownValues, marks) &&
+                               !ZUV_OSAPI_FAULT("typesys.deserialize") &&
+                               pass<DecodePass::Read, kSwap>(body, size, sample, walk,
+                                                             bearsUnknownValues, marks);
+                    });
 }
 
 auto walkOf(const zuv::Program &program)
 {
-    return [&program](auto &decoder, void *sample, std::size_t size) {
-        return decoder.sample(program, sample, 0, size);
+    return [&program](auto &decoder, void *sample, std::size_t size, std::size_t *marks)
+        __attribute__((always_inline))
+    {
+        return decoder.sample(program, sample, 0, size, marks);
     };
 }
 
@@ -317,7 +324,7 @@ DDS_Boolean ZUVCodec_deserializeKey(const DDS_TypeCode *type, void *sample, cons
     const auto keyOps = zuv::Program::of(type)->keyOps();
     const bool isRead = checkAndRead(
         DDS_ENCAPSULATION_ID_CDR2_BE, buffer, length, sample,
-        [keyOps](auto &decoder, void *to, std::size_t size) {
+        [keyOps](auto &decoder, void *to, std::size_t size, std::size_t *) {
             return decoder.ops(keyOps, to, false, 0, size);
         },
         false);

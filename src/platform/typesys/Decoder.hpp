@@ -2,7 +2,8 @@
 //
 // One walk in two passes. The first checks everything that the payload claims and touches nothing but the
 // payload; the second reads, and relies on the first. Both at once are for a sample that may be given up half
-// read. Positions are as in the encoder.
+// read. Positions are as in the encoder. The first pass may mark where the members of a sample begin, so that the
+// second one need not wait for the length of each to find the next.
 #ifndef ZUV_PLATFORM_TYPESYS_DECODER_HPP
 #define ZUV_PLATFORM_TYPESYS_DECODER_HPP
 
@@ -19,6 +20,8 @@ namespace zuv
 
 enum class DecodePass : std::uint8_t { Check, Read, Both };
 
+constexpr std::size_t kMarkCount = 16;
+
 // Swap for the other byte order than the machine's.
 template <DecodePass Pass, bool Swap>
 class Decoder
@@ -32,30 +35,35 @@ public:
 
     // A sample with the header that its type's extensibility asks for. Like all walks here it takes the
     // position where it begins and the end of what encloses it, and returns the position where it ends, or
-    // kFailed. `base` counts where the pass reads.
+    // kFailed. `base` counts where the pass reads. `marks` has kMarkCount places, or is null.
     [[gnu::always_inline]] std::size_t sample(const Program &program, void *base,
-                                              std::size_t position, std::size_t end)
+                                              std::size_t position, std::size_t end,
+                                              std::size_t *marks = nullptr)
     {
+        marks = program.ops().size() <= kMarkCount ? marks : nullptr;
         switch (program.extensibility()) {
         case DDS_EXTENSIBLE_EXTENSIBILITY:
             return delimited(position, end, [&](std::size_t inner, std::size_t innerEnd) {
                 // What is left are members of a newer version of the type.
-                return ops(program.ops(), base, true, inner, innerEnd) == kFailed ? kFailed
-                                                                                  : innerEnd;
+                return ops(program.ops(), base, true, inner, innerEnd, marks) == kFailed ? kFailed
+                                                                                         : innerEnd;
             });
         case DDS_MUTABLE_EXTENSIBILITY:
             return delimited(position, end, [&](std::size_t inner, std::size_t innerEnd) {
                 return framedMembers(program.ops(), base, inner, innerEnd);
             });
         default:
-            return ops(program.ops(), base, false, position, end);
+            return ops(program.ops(), base, false, position, end, marks);
         }
     }
 
     std::size_t ops(std::span<const Op> all, void *base, bool mayEndEarly, std::size_t position,
-                    std::size_t end)
+                    std::size_t end, std::size_t *marks = nullptr)
     {
         for (const Op &op : all) {
+            if (marks != nullptr) {
+                position = takeMark(marks++, position);
+            }
             if (position == end && mayEndEarly && op.startsMember) {
                 return missingFrom(all.subspan(static_cast<std::size_t>(&op - all.data())), base,
                                    position);
@@ -71,6 +79,14 @@ public:
 private:
     static constexpr bool kChecks = Pass != DecodePass::Read;
     static constexpr bool kReads = Pass != DecodePass::Check;
+
+    static std::size_t takeMark(std::size_t *mark, std::size_t position)
+    {
+        if constexpr (Pass == DecodePass::Check) {
+            *mark = position;
+        }
+        return *mark;
+    }
 
     static void *memberOf(void *base, std::uint32_t offset)
     {
@@ -236,15 +252,15 @@ private:
     [[gnu::always_inline]] std::size_t member(const Op &op, void *base, bool isFramed,
                                               std::size_t position, std::size_t end)
     {
-        switch (op.code) {
-        case OpCode::Units:
-            return units(op, base, position, end);
-        case OpCode::Enum:
-            return enumeration(op, memberOf(base, op.offset), position, end);
-        case OpCode::Text:
-            return text(op, base, isFramed, position, end);
-        case OpCode::UnitSequence:
-            return unitSequence(op, base, position, end);
+        switch (op.shape) {
+        case Shape::Word:
+            return oneWord(memberOf(base, op.offset), position, end);
+        case Shape::DenseEnum:
+            return denseEnumeration(op, memberOf(base, op.offset), position, end);
+        case Shape::PlainText:
+            return plainText(op, base, position, end);
+        case Shape::Octets:
+            return octets(op, base, position, end);
         default:
             return otherMember(op, base, isFramed, position, end);
         }
@@ -254,6 +270,14 @@ private:
                                               std::size_t position, std::size_t end)
     {
         switch (op.code) {
+        case OpCode::Units:
+            return units(op, base, position, end);
+        case OpCode::Enum:
+            return enumeration(op, memberOf(base, op.offset), position, end);
+        case OpCode::Text:
+            return text(op, base, isFramed, position, end);
+        case OpCode::UnitSequence:
+            return unitSequence(op, base, position, end);
         case OpCode::Booleans:
             return booleans(memberOf(base, op.offset), op.size, position, end);
         case OpCode::BooleanSequence:
@@ -269,8 +293,20 @@ private:
         }
     }
 
-    [[gnu::always_inline]] std::size_t units(const Op &op, void *base, std::size_t position,
-                                             std::size_t end)
+    [[gnu::always_inline]] std::size_t oneWord(void *to, std::size_t position,
+                                               std::size_t end) const
+    {
+        std::uint32_t value = 0;
+        if (!word(position, end, value)) {
+            return kFailed;
+        }
+        if constexpr (kReads) {
+            std::memcpy(to, &value, sizeof(value));
+        }
+        return position;
+    }
+
+    std::size_t units(const Op &op, void *base, std::size_t position, std::size_t end)
     {
         if (!align(position, end, op.alignment)) {
             return kFailed;
@@ -296,16 +332,17 @@ private:
         return position + count;
     }
 
-    [[gnu::always_inline]] std::size_t enumeration(const Op &op, void *to, std::size_t position,
-                                                   std::size_t end) const
+    // `holds` tells whether the enumeration has a value.
+    template <typename Holds>
+    [[gnu::always_inline]] std::size_t enumerator(const Op &op, void *to, std::size_t position,
+                                                  std::size_t end, const Holds &holds) const
     {
         std::uint32_t value = 0;
         if (!word(position, end, value)) {
             return kFailed;
         }
         // The second pass need not ask again where the first one refused.
-        if ((kChecks || bearsUnknownValues_) &&
-            !op.holdsEnumValue(static_cast<std::int32_t>(value))) {
+        if ((kChecks || bearsUnknownValues_) && !holds(static_cast<std::int32_t>(value))) {
             if (!bearsUnknownValues_) {
                 return kFailed;
             }
@@ -317,8 +354,22 @@ private:
         return position;
     }
 
-    [[gnu::always_inline]] std::size_t text(const Op &op, void *base, bool isFramed,
-                                            std::size_t position, std::size_t end) const
+    [[gnu::always_inline]] std::size_t denseEnumeration(const Op &op, void *to,
+                                                        std::size_t position, std::size_t end) const
+    {
+        return enumerator(op, to, position, end, [&op](std::int32_t value) {
+            return value >= op.least && value <= op.greatest;
+        });
+    }
+
+    std::size_t enumeration(const Op &op, void *to, std::size_t position, std::size_t end) const
+    {
+        return enumerator(op, to, position, end,
+                          [&op](std::int32_t value) { return op.holdsEnumValue(value); });
+    }
+
+    std::size_t text(const Op &op, void *base, bool isFramed, std::size_t position,
+                     std::size_t end) const
     {
         bool isPresent = true;
         if (op.isOptional && !isFramed && !flag(position, end, isPresent)) {
@@ -327,11 +378,18 @@ private:
         if (!isPresent) {
             return !kReads || resetOp(op, base) ? position : kFailed;
         }
+        return plainText(op, base, position, end);
+    }
+
+    [[gnu::always_inline]] std::size_t plainText(const Op &op, void *base, std::size_t position,
+                                                 std::size_t end) const
+    {
         std::uint32_t size = 0; // terminator included
         if (!word(position, end, size) || !has(size, position, end)) {
             return kFailed;
         }
-        if (kChecks && (size == 0 || size - 1 > op.bound || begin_[position + size - 1] != '\0')) {
+        // A size of 0 is beyond every bound.
+        if (kChecks && (size - 1 > op.bound || begin_[position + size - 1] != '\0')) {
             return kFailed;
         }
         if constexpr (kReads) {
@@ -344,8 +402,29 @@ private:
         return position + size;
     }
 
-    [[gnu::always_inline]] std::size_t unitSequence(const Op &op, void *base, std::size_t position,
-                                                    std::size_t end) const
+    [[gnu::always_inline]] std::size_t octets(const Op &op, void *base, std::size_t position,
+                                              std::size_t end) const
+    {
+        std::uint32_t length = 0;
+        if (!word(position, end, length) || (kChecks && length > op.bound) ||
+            !has(length, position, end)) {
+            return kFailed;
+        }
+        if constexpr (kReads) {
+            ZUVSequence *sequence = memberAt<ZUVSequence>(base, op.offset);
+            if (!prepareSequence(sequence, op, length)) {
+                return kFailed;
+            }
+            if (sequence->_discontiguous_buffer != nullptr) [[unlikely]] {
+                separateUnits(*sequence, op, position);
+            } else {
+                copyOctets(sequence->_contiguous_buffer, begin_ + position, length);
+            }
+        }
+        return position + length;
+    }
+
+    std::size_t unitSequence(const Op &op, void *base, std::size_t position, std::size_t end) const
     {
         std::uint32_t length = 0;
         if (!word(position, end, length) || (kChecks && length > op.bound)) {

@@ -207,6 +207,22 @@ bool isRun(const Op &first, const Op &second)
            first.defaultBits == 0 && second.defaultBits == 0;
 }
 
+Shape shapeOf(const Op &op)
+{
+    switch (op.code) {
+    case OpCode::Units:
+        return op.unit == 4 && op.size == 4 ? Shape::Word : Shape::Other;
+    case OpCode::Enum:
+        return op.gapped == nullptr ? Shape::DenseEnum : Shape::Other;
+    case OpCode::Text:
+        return op.isOptional ? Shape::Other : Shape::PlainText;
+    case OpCode::UnitSequence:
+        return op.unit == 1 ? Shape::Octets : Shape::Other;
+    default:
+        return Shape::Other;
+    }
+}
+
 } // namespace
 
 // Turns one type code into a program. The types that it refers to are compiled on the way, each into a
@@ -232,6 +248,11 @@ private:
             program_.size_ = value(type, 0, {DDS_TK_NULL, {0}}, program_.ops_);
         }
         fillAccess(type);
+        for (std::vector<Op> *ops : {&program_.ops_, &program_.keyOps_, &program_.parts_}) {
+            for (Op &op : *ops) {
+                op.shape = shapeOf(op);
+            }
+        }
         std::ranges::remove_copy_if(program_.ops_, std::back_inserter(program_.holders_), isPlain);
         program_.hasOptional_ = std::ranges::any_of(program_.ops_, hasOptional);
         program_.blank_.resize(program_.size_);

@@ -28,6 +28,15 @@ enum class OpCode : std::uint8_t {
     Optional  // a pointer to anything but a text, null when absent
 };
 
+// The operations that most samples are made of, for the decoder, which has code for each of them.
+enum class Shape : std::uint8_t {
+    Word,      // Units: one of four octets
+    DenseEnum, // Enum: all values between the least and the greatest
+    PlainText, // Text: never absent
+    Octets,    // UnitSequence: of single octets
+    Other
+};
+
 // How long a member of a mutable structure is, as its header tells (DDS-XTypes 1.3, 7.4.3.4.2).
 enum LengthCode : std::uint8_t {
     kLengthOctet = 0,
@@ -42,8 +51,10 @@ enum LengthCode : std::uint8_t {
 
 class Program;
 
-struct Op {
+// Of a size that is a power of two, so that counting them takes no division.
+struct alignas(64) Op {
     OpCode code = OpCode::Units;
+    Shape shape = Shape::Other;
     std::uint8_t unit = 1;
     std::uint8_t alignment = 1;  // on the wire, where it never exceeds four
     bool startsMember = false;   // the first of a member: older samples may end before it

@@ -7,6 +7,7 @@
 #include <span>
 
 #include "platform/osapi/Heap.h"
+#include "platform/osapi/HeapBlock.hpp"
 #include "platform/typesys/Program.hpp"
 
 namespace zuv
@@ -111,8 +112,7 @@ bool resetOp(const Op &op, void *base);
 bool exchangeText(char **slot, std::size_t size);
 inline bool reserveText(char **slot, std::size_t size)
 {
-    return (*slot != nullptr && ZUVOsapiHeap_getBlockSize(*slot) >= size) ||
-           exchangeText(slot, size);
+    return (*slot != nullptr && zuv_heap::sizeOf(*slot) >= size) || exchangeText(slot, size);
 }
 
 // The target of an optional member, made with its default if it is absent; null when there is no memory.

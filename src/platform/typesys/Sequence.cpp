@@ -182,32 +182,46 @@ bool copyElements(const ZUVSequence &destination, const ZUVSequence &source, std
     return true;
 }
 
+bool mayGrow(const ZUVSequence &self, std::uint32_t length)
+{
+    if (!self._owned) {
+        return refuse(DDS_LOG_SEQUENCE_NOT_OWNER);
+    }
+    return length <= self._absolute_maximum ||
+           refuse(DDS_LOG_SEQUENCE_INSUFFICIENT_SPACE_dd, length, self._absolute_maximum);
+}
+
 // Room for `length` elements in a sequence whose present values do not matter: those of plain elements are
 // not moved to the new buffer. The length is left alone.
-bool makeRoom(ZUVSequence &self, const ZUVSequenceElement &element, std::uint32_t length)
+inline bool makePlainRoom(ZUVSequence &self, std::uint32_t elementSize, std::uint32_t length)
 {
     if (length <= self._maximum) {
         return true;
     }
-    if (!self._owned) {
-        return refuse(DDS_LOG_SEQUENCE_NOT_OWNER);
-    }
-    if (length > self._absolute_maximum) {
-        return refuse(DDS_LOG_SEQUENCE_INSUFFICIENT_SPACE_dd, length, self._absolute_maximum);
-    }
-    if (element.typeCode != nullptr) {
-        return exchangeBuffer(self, element, length, self._maximum);
+    if (!mayGrow(self, length)) {
+        return false;
     }
     void *buffer =
-        ZUVOsapiHeap_allocateBufferAligned(std::size_t{length} * element.size, kAlignment);
+        ZUVOsapiHeap_allocateBufferAligned(std::size_t{length} * elementSize, kAlignment);
     if (buffer == nullptr) {
-        return refuse(ZUV_OSAPI_MEMORY_LOG_OUT_OF_HEAP_ARRAY_dd, length, element.size);
+        return refuse(ZUV_OSAPI_MEMORY_LOG_OUT_OF_HEAP_ARRAY_dd, length, elementSize);
     }
-    ZUVOsapiHeap_freeBufferAligned(self._contiguous_buffer);
+    if (self._contiguous_buffer != nullptr) {
+        ZUVOsapiHeap_freeBufferAligned(self._contiguous_buffer);
+    }
     self._contiguous_buffer = buffer;
     self._maximum = length;
     self._length = 0;
     return true;
+}
+
+bool makeRoom(ZUVSequence &self, const ZUVSequenceElement &element, std::uint32_t length)
+{
+    if (element.typeCode == nullptr) {
+        return makePlainRoom(self, element.size, length);
+    }
+    return length <= self._maximum ||
+           (mayGrow(self, length) && exchangeBuffer(self, element, length, self._maximum));
 }
 
 bool canTakeLoan(const ZUVSequence &self, const void *buffer, DDS_Long length, DDS_Long maximum)
@@ -258,6 +272,11 @@ bool zuv::growSequence(ZUVSequence *sequence, const Op &op, std::uint32_t length
     if (!isInitialized(*sequence)) {
         ZUVSequence_initialize(sequence);
         sequence->_absolute_maximum = op.bound;
+    }
+    if (op.sequenceElement.typeCode == nullptr) {
+        const bool hasRoom = makePlainRoom(*sequence, op.sequenceElement.size, length);
+        sequence->_length = hasRoom ? length : sequence->_length;
+        return hasRoom;
     }
     // The caller gives every element its texts: room for their bounds would only cost memory.
     const DDS_TypeAllocationParams_t params = sequence->_elementAllocParams;
