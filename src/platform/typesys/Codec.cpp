@@ -80,19 +80,6 @@ inline bool isNull(const void *argument, const char *condition)
     return argument == nullptr && reportNull(condition);
 }
 
-// The encapsulation of a type's samples, or of its plain key, without the bit for the byte order.
-std::uint32_t encapsulationOf(const zuv::Program &program)
-{
-    switch (program.extensibility()) {
-    case DDS_EXTENSIBLE_EXTENSIBILITY:
-        return DDS_ENCAPSULATION_ID_D_CDR2_BE;
-    case DDS_MUTABLE_EXTENSIBILITY:
-        return DDS_ENCAPSULATION_ID_PL_CDR2_BE;
-    default:
-        return DDS_ENCAPSULATION_ID_CDR2_BE;
-    }
-}
-
 void writeHeader(DDS_Octet *buffer, std::uint32_t encapsulation, std::uint32_t padding)
 {
     const std::uint32_t identifier = encapsulation + (kIsLittleEndian ? kLittleEndianBit : 0);
@@ -145,41 +132,51 @@ template <typename Run>
     return isNative ? run(std::false_type(), body, size) : run(std::true_type(), body, size);
 }
 
-// One pass over a body. `walk` gets the decoder, where to read to, the size, and marks.
+// One pass over a body. `walk` gets the decoder, where to read to, and the size.
 template <DecodePass Pass, bool Swap, typename Walk>
-[[gnu::always_inline]] inline bool pass(const DDS_Octet *body, std::size_t size, void *sample,
-                                        const Walk &walk, bool bearsUnknownValues,
-                                        std::size_t *marks = nullptr)
+bool pass(const DDS_Octet *body, std::size_t size, void *sample, const Walk &walk,
+          bool bearsUnknownValues)
 {
     zuv::Decoder<Pass, Swap> decoder(body, bearsUnknownValues);
-    const std::size_t end = walk(decoder, sample, size, marks);
+    const std::size_t end = walk(decoder, sample, size);
     return end != zuv::kFailed && (Pass == DecodePass::Read || size - end < kPayloadAlignment);
 }
 
 // The whole body is checked before any of it is read into the sample.
 template <typename Walk>
-[[gnu::always_inline]] inline bool
-checkAndRead(std::uint32_t encapsulation, const DDS_Octet *buffer, DDS_UnsignedLong length,
-             void *sample, const Walk &walk, bool bearsUnknownValues)
+bool checkAndRead(std::uint32_t encapsulation, const DDS_Octet *buffer, DDS_UnsignedLong length,
+                  void *sample, const Walk &walk, bool bearsUnknownValues)
 {
-    return withBody(encapsulation, buffer, length,
-                    [&](auto swap, const DDS_Octet *body, std::size_t size) {
-                        constexpr bool kSwap = decltype(swap)::value;
-                        std::size_t marks[zuv::kMarkCount];
-                        return pass<DecodePass::Check, kSwap>(body, size, nullptr, walk,
-                                                              bearsUnknownValues, marks) &&
-                               !ZUV_OSAPI_FAULT("typesys.deserialize") &&
-                               pass<DecodePass::Read, kSwap>(body, size, sample, walk,
-                                                             bearsUnknownValues, marks);
-                    });
+    return withBody(
+        encapsulation, buffer, length, [&](auto swap, const DDS_Octet *body, std::size_t size) {
+            constexpr bool kSwap = decltype(swap)::value;
+            return pass<DecodePass::Check, kSwap>(body, size, nullptr, walk, bearsUnknownValues) &&
+                   !ZUV_OSAPI_FAULT("typesys.deserialize") &&
+                   pass<DecodePass::Read, kSwap>(body, size, sample, walk, bearsUnknownValues);
+        });
+}
+
+// The same for most types, of which the second pass reads what the first has found. All in one function, as it is
+// what most samples take.
+template <bool Swap>
+[[gnu::noinline]] bool readFlat(const zuv::Program &program, const DDS_Octet *body,
+                                std::size_t size, void *sample, bool bearsUnknownValues)
+{
+    zuv::Marks marks;
+    zuv::Decoder<DecodePass::Check, Swap> checker(body, bearsUnknownValues);
+    const std::size_t end = checker.check(program, size, marks);
+    if (end == zuv::kFailed || size - end >= kPayloadAlignment ||
+        ZUV_OSAPI_FAULT("typesys.deserialize")) {
+        return false;
+    }
+    zuv::Decoder<DecodePass::Read, Swap> reader(body, bearsUnknownValues);
+    return reader.read(program, sample, marks);
 }
 
 auto walkOf(const zuv::Program &program)
 {
-    return [&program](auto &decoder, void *sample, std::size_t size, std::size_t *marks)
-        __attribute__((always_inline))
-    {
-        return decoder.sample(program, sample, 0, size, marks);
+    return [&program](auto &decoder, void *sample, std::size_t size) {
+        return decoder.sample(program, sample, 0, size);
     };
 }
 
@@ -189,7 +186,7 @@ bool readBeside(const zuv::Program &program, void *sample, const DDS_Octet *buff
 {
     alignas(std::max_align_t) std::array<std::byte, kMaxScratchSize> scratch;
     const bool isRead =
-        withBody(encapsulationOf(program), buffer, length,
+        withBody(program.encapsulation(), buffer, length,
                  [&](auto swap, const DDS_Octet *body, std::size_t size) {
                      return pass<DecodePass::Both, decltype(swap)::value>(
                          body, size, scratch.data(), walkOf(program), bearsUnknownValues);
@@ -211,7 +208,13 @@ DDS_Boolean readSample(const DDS_TypeCode *type, void *sample, const DDS_Octet *
     }
     const bool isRead = program->isPlain() && program->size() <= kMaxScratchSize
                             ? readBeside(*program, sample, buffer, length, bearsUnknownValues)
-                            : checkAndRead(encapsulationOf(*program), buffer, length, sample,
+                        : program->isFlat()
+                            ? withBody(program->encapsulation(), buffer, length,
+                                       [&](auto swap, const DDS_Octet *body, std::size_t size) {
+                                           return readFlat<decltype(swap)::value>(
+                                               *program, body, size, sample, bearsUnknownValues);
+                                       })
+                            : checkAndRead(program->encapsulation(), buffer, length, sample,
                                            walkOf(*program), bearsUnknownValues);
     return isRead ? DDS_BOOLEAN_TRUE : refusePayload(type);
 }
@@ -262,7 +265,7 @@ DDS_Boolean ZUVCodec_serialize(const DDS_TypeCode *type, const void *sample, DDS
         isNull(buffer, "buffer == ((void *)0)") || isNull(length, "length == ((void *)0)")) {
         return DDS_BOOLEAN_FALSE;
     }
-    return writePayload(type, encapsulationOf(*program), buffer, capacity, length,
+    return writePayload(type, program->encapsulation(), buffer, capacity, length,
                         [&](auto &encoder) { return encoder.sample(*program, sample, 0); });
 }
 
@@ -277,7 +280,7 @@ DDS_Boolean ZUVCodec_validate(const DDS_TypeCode *type, const DDS_Octet *buffer,
 {
     const zuv::Program *program = zuv::Program::of(type);
     return program != nullptr && !isNull(buffer, "buffer == ((void *)0)") &&
-           withBody(encapsulationOf(*program), buffer, length,
+           withBody(program->encapsulation(), buffer, length,
                     [program](auto swap, const DDS_Octet *body, std::size_t size) {
                         return pass<DecodePass::Check, decltype(swap)::value>(
                             body, size, nullptr, walkOf(*program), false);
@@ -324,7 +327,7 @@ DDS_Boolean ZUVCodec_deserializeKey(const DDS_TypeCode *type, void *sample, cons
     const auto keyOps = zuv::Program::of(type)->keyOps();
     const bool isRead = checkAndRead(
         DDS_ENCAPSULATION_ID_CDR2_BE, buffer, length, sample,
-        [keyOps](auto &decoder, void *to, std::size_t size, std::size_t *) {
+        [keyOps](auto &decoder, void *to, std::size_t size) {
             return decoder.ops(keyOps, to, false, 0, size);
         },
         false);

@@ -2,8 +2,7 @@
 //
 // One walk in two passes. The first checks everything that the payload claims and touches nothing but the
 // payload; the second reads, and relies on the first. Both at once are for a sample that may be given up half
-// read. Positions are as in the encoder. The first pass may mark where the members of a sample begin, so that the
-// second one need not wait for the length of each to find the next.
+// read. Positions are as in the encoder.
 #ifndef ZUV_PLATFORM_TYPESYS_DECODER_HPP
 #define ZUV_PLATFORM_TYPESYS_DECODER_HPP
 
@@ -20,7 +19,13 @@ namespace zuv
 
 enum class DecodePass : std::uint8_t { Check, Read, Both };
 
-constexpr std::size_t kMarkCount = 16;
+// Where the operations of a flat sample begin, and where the last one's member ends at the latest. The first pass
+// leaves them to the second, which need not wait for the length of one member to find the next.
+struct Marks {
+    std::size_t count; // an older sample has fewer than the program
+    std::size_t end;
+    std::size_t begins[Program::kFlatOpMax];
+};
 
 // Swap for the other byte order than the machine's.
 template <DecodePass Pass, bool Swap>
@@ -35,35 +40,30 @@ public:
 
     // A sample with the header that its type's extensibility asks for. Like all walks here it takes the
     // position where it begins and the end of what encloses it, and returns the position where it ends, or
-    // kFailed. `base` counts where the pass reads. `marks` has kMarkCount places, or is null.
+    // kFailed. `base` counts where the pass reads.
     [[gnu::always_inline]] std::size_t sample(const Program &program, void *base,
-                                              std::size_t position, std::size_t end,
-                                              std::size_t *marks = nullptr)
+                                              std::size_t position, std::size_t end)
     {
-        marks = program.ops().size() <= kMarkCount ? marks : nullptr;
         switch (program.extensibility()) {
         case DDS_EXTENSIBLE_EXTENSIBILITY:
             return delimited(position, end, [&](std::size_t inner, std::size_t innerEnd) {
                 // What is left are members of a newer version of the type.
-                return ops(program.ops(), base, true, inner, innerEnd, marks) == kFailed ? kFailed
-                                                                                         : innerEnd;
+                return ops(program.ops(), base, true, inner, innerEnd) == kFailed ? kFailed
+                                                                                  : innerEnd;
             });
         case DDS_MUTABLE_EXTENSIBILITY:
             return delimited(position, end, [&](std::size_t inner, std::size_t innerEnd) {
                 return framedMembers(program.ops(), base, inner, innerEnd);
             });
         default:
-            return ops(program.ops(), base, false, position, end, marks);
+            return ops(program.ops(), base, false, position, end);
         }
     }
 
     std::size_t ops(std::span<const Op> all, void *base, bool mayEndEarly, std::size_t position,
-                    std::size_t end, std::size_t *marks = nullptr)
+                    std::size_t end)
     {
         for (const Op &op : all) {
-            if (marks != nullptr) {
-                position = takeMark(marks++, position);
-            }
             if (position == end && mayEndEarly && op.startsMember) {
                 return missingFrom(all.subspan(static_cast<std::size_t>(&op - all.data())), base,
                                    position);
@@ -76,16 +76,55 @@ public:
         return position;
     }
 
+    // The same as sample() and ops() for a flat program, whose operations the check marks and the reading finds.
+    [[gnu::always_inline]] std::size_t check(const Program &program, std::size_t end, Marks &marks)
+    {
+        static_assert(Pass == DecodePass::Check);
+        if (program.extensibility() == DDS_FINAL_EXTENSIBILITY) {
+            return checkOps(program.ops(), false, 0, end, marks);
+        }
+        return delimited(0, end, [&](std::size_t inner, std::size_t innerEnd) {
+            return checkOps(program.ops(), true, inner, innerEnd, marks) == kFailed ? kFailed
+                                                                                    : innerEnd;
+        });
+    }
+
+    [[gnu::always_inline]] bool read(const Program &program, void *base, const Marks &marks)
+    {
+        static_assert(Pass == DecodePass::Read);
+        const std::span<const Op> all = program.ops();
+        const std::size_t *begin = marks.begins;
+        for (const Op &op : all.first(marks.count)) {
+            if (member(op, base, false, *begin++, marks.end) == kFailed) {
+                return false;
+            }
+        }
+        return marks.count == all.size() ||
+               missingFrom(all.subspan(marks.count), base, marks.end) != kFailed;
+    }
+
 private:
     static constexpr bool kChecks = Pass != DecodePass::Read;
     static constexpr bool kReads = Pass != DecodePass::Check;
 
-    static std::size_t takeMark(std::size_t *mark, std::size_t position)
+    [[gnu::always_inline]] std::size_t checkOps(std::span<const Op> all, bool mayEndEarly,
+                                                std::size_t position, std::size_t end, Marks &marks)
     {
-        if constexpr (Pass == DecodePass::Check) {
-            *mark = position;
+        marks.end = end;
+        std::size_t *begin = marks.begins;
+        for (const Op &op : all) {
+            if (position == end && mayEndEarly && op.startsMember) [[unlikely]] {
+                marks.count = static_cast<std::size_t>(begin - marks.begins);
+                return missingFrom(all.subspan(marks.count), nullptr, position);
+            }
+            *begin++ = position;
+            position = member(op, nullptr, false, position, end);
+            if (position == kFailed) {
+                return kFailed;
+            }
         }
-        return *mark;
+        marks.count = all.size();
+        return position;
     }
 
     static void *memberOf(void *base, std::uint32_t offset)

@@ -223,6 +223,18 @@ Shape shapeOf(const Op &op)
     }
 }
 
+std::uint32_t encapsulationOf(DDS_ExtensibilityKind extensibility)
+{
+    switch (extensibility) {
+    case DDS_EXTENSIBLE_EXTENSIBILITY:
+        return DDS_ENCAPSULATION_ID_D_CDR2_BE;
+    case DDS_MUTABLE_EXTENSIBILITY:
+        return DDS_ENCAPSULATION_ID_PL_CDR2_BE;
+    default:
+        return DDS_ENCAPSULATION_ID_CDR2_BE;
+    }
+}
+
 } // namespace
 
 // Turns one type code into a program. The types that it refers to are compiled on the way, each into a
@@ -254,6 +266,9 @@ private:
             }
         }
         std::ranges::remove_copy_if(program_.ops_, std::back_inserter(program_.holders_), isPlain);
+        program_.encapsulation_ = encapsulationOf(program_.extensibility_);
+        program_.isFlat_ = program_.extensibility_ != DDS_MUTABLE_EXTENSIBILITY &&
+                           program_.ops_.size() <= Program::kFlatOpMax;
         program_.hasOptional_ = std::ranges::any_of(program_.ops_, hasOptional);
         program_.blank_.resize(program_.size_);
         for (const Op &op : program_.ops_) {

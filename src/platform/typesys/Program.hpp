@@ -107,6 +107,11 @@ public:
     bool isStruct() const { return isStruct_; }
     // Final for a type that is no structure.
     DDS_ExtensibilityKind extensibility() const { return extensibility_; }
+    // Of its samples' encapsulation, or of its plain key's, without the bit for the byte order.
+    std::uint32_t encapsulation() const { return encapsulation_; }
+    // Members come one behind the other, and are few.
+    bool isFlat() const { return isFlat_; }
+    static constexpr std::size_t kFlatOpMax = 16;
     // Bytes in memory.
     std::uint32_t size() const { return size_; }
     // So many bytes: a sample in which nothing is allocated. Every member has its default, texts are null,
@@ -138,7 +143,9 @@ private:
     DDS_ExtensibilityKind extensibility_ = DDS_FINAL_EXTENSIBILITY;
     std::uint32_t size_ = 0;
     std::uint32_t leastWireSize_ = 0;
+    std::uint32_t encapsulation_ = 0;
     bool isStruct_ = false;
+    bool isFlat_ = false;
     bool hasOptional_ = false;
     bool isZeroDefault_ = false;
 };

@@ -13,7 +13,6 @@ namespace zuv
 namespace
 {
 
-constexpr const char *kTextTag = "DDS_String";
 constexpr const char *kOptionalTag = "DDS_OptionalMember";
 
 bool reportBeyondBound(const char *what, std::uint64_t length, std::uint32_t bound)
@@ -390,19 +389,11 @@ bool resetOp(const Op &op, void *base)
     return false;
 }
 
-bool exchangeText(char **slot, std::size_t size)
+bool reportNoText(std::size_t size)
 {
-    char *storage = static_cast<char *>(ZUVOsapiHeap_allocate(size, kTextTag));
-    if (storage == nullptr) {
-        ZUV_LOG(DDS, ZUV_LOG_BIT_EXCEPTION, DDS_SUBMODULE_TYPES,
-                &ZUV_OSAPI_MEMORY_LOG_OUT_OF_HEAP_STRING_d, static_cast<int>(size - 1));
-        return false;
-    }
-    if (*slot != nullptr) {
-        ZUVOsapiHeap_free(*slot);
-    }
-    *slot = storage;
-    return true;
+    ZUV_LOG(DDS, ZUV_LOG_BIT_EXCEPTION, DDS_SUBMODULE_TYPES,
+            &ZUV_OSAPI_MEMORY_LOG_OUT_OF_HEAP_STRING_d, static_cast<int>(size - 1));
+    return false;
 }
 
 void *assertOptional(const Op &op, void *base)

@@ -108,11 +108,25 @@ bool areEqual(std::span<const Op> ops, const void *first, const void *second);
 // Give a member its default, keeping its storage; an optional one becomes absent.
 bool resetOp(const Op &op, void *base);
 
+inline constexpr char kTextTag[] = "DDS_String";
+bool reportNoText(std::size_t size);
+
 // Give the text at `slot` room for `size` octets, terminator included. Its content is unspecified then.
-bool exchangeText(char **slot, std::size_t size);
 inline bool reserveText(char **slot, std::size_t size)
 {
-    return (*slot != nullptr && zuv_heap::sizeOf(*slot) >= size) || exchangeText(slot, size);
+    char *const former = *slot;
+    if (former != nullptr && zuv_heap::sizeOf(former) >= size) {
+        return true;
+    }
+    void *const storage = ZUVOsapiHeap_allocate(size, kTextTag);
+    if (storage == nullptr) [[unlikely]] {
+        return reportNoText(size);
+    }
+    if (former != nullptr) {
+        ZUVOsapiHeap_free(former);
+    }
+    *slot = static_cast<char *>(storage);
+    return true;
 }
 
 // The target of an optional member, made with its default if it is absent; null when there is no memory.
