@@ -32,6 +32,8 @@ constexpr std::size_t kWorthwhile = 128 * 1024;
 constexpr std::size_t kLeastChunk = 16 * 1024;
 constexpr std::size_t kGreatestChunk = 32 * 1024 * 1024;
 static_assert(kGreatestChunk / sizeof(Header) < std::size_t{1} << (32 - kTagFieldBits));
+// Left to malloc, so that a large chunk with all that belongs to it is a whole number of pages, of large ones too.
+constexpr std::size_t kForMalloc = 32;
 // Of what a bulk has, so much may remain without use in its last chunk.
 constexpr std::size_t kShareOfLast = 64;
 
@@ -69,7 +71,7 @@ bool Bulk::openChunk(std::size_t blockSize)
         return false;
     }
     closeChunk();
-    const std::size_t size = nextChunkSize();
+    const std::size_t size = nextChunkSize() - kForMalloc;
     void *const room = std::malloc(size);
     if (room == nullptr) {
         return false;

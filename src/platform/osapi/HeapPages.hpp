@@ -8,8 +8,8 @@
 namespace zuv_heap
 {
 
-// Smaller blocks need not hold a large page.
-constexpr std::size_t kLeastForLargePages = 4 * 1024 * 1024;
+// Smaller blocks hold no large page.
+constexpr std::size_t kLeastForLargePages = 2 * 1024 * 1024 - 64;
 
 // Let the kernel give pages of 2 MiB where it has them.
 void preferLargePages(void *block, std::size_t size);

@@ -112,23 +112,65 @@ TEST_P(HeapBulk, itsBlocksMayGoByOtherThreads)
     EXPECT_TRUE(check.isBalanced());
 }
 
+// The sanitizers' malloc does not tell how much it has given.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define SKIP_WITHOUT_MALLINFO() GTEST_SKIP() << "the sanitizer's malloc does not tell"
+#else
+#define SKIP_WITHOUT_MALLINFO() static_cast<void>(0)
+#endif
+
+std::size_t usedBytes()
+{
+    const struct mallinfo2 heap = mallinfo2();
+    return heap.uordblks + heap.hblkhd;
+}
+
+// More than a thread keeps for its next demands.
+constexpr std::size_t kWaiting = 1024 * 1024;
+
 TEST_P(HeapBulk, itsMemoryGoesWithItsLastBlock)
 {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    GTEST_SKIP() << "the sanitizer's malloc does not tell";
-#endif
-    const auto used = [] {
-        const struct mallinfo2 heap = mallinfo2();
-        return heap.uordblks + heap.hblkhd;
-    };
-    constexpr std::size_t kWaiting =
-        1024 * 1024; // what the thread keeps for its next demands is less
+    SKIP_WITHOUT_MALLINFO();
     freeAll(makeBlocks(GetParam()));
-    const std::size_t before = used();
+    const std::size_t before = usedBytes();
     std::vector<unsigned char *> blocks = makeBlocks(GetParam());
-    EXPECT_GT(used(), before + 6 * kWaiting);
+    EXPECT_GT(usedBytes(), before + 6 * kWaiting);
     freeAll(blocks);
-    EXPECT_LT(used(), before + kWaiting);
+    EXPECT_LT(usedBytes(), before + kWaiting);
+}
+
+TEST_P(HeapBulk, blocksThatWaitDoNotKeepItsMemory)
+{
+    SKIP_WITHOUT_MALLINFO();
+    freeAll(makeBlocks(GetParam()));
+    const std::size_t before = usedBytes();
+    {
+        const BulkScope bulk(GetParam());
+        freeAll(makeBlocks(GetParam()));
+    }
+    EXPECT_LT(usedBytes(), before + kWaiting / 4);
+}
+
+TEST(HeapThreads, whatAThreadKeptGoesWithIt)
+{
+    SKIP_WITHOUT_MALLINFO();
+    const auto run = [] {
+        std::thread([] {
+            std::vector<void *> blocks;
+            for (int number = 0; number < 16; ++number) {
+                blocks.push_back(ZUVOsapiHeap_allocate(500, "test"));
+            }
+            for (void *block : blocks) {
+                ZUVOsapiHeap_free(block);
+            }
+        }).join();
+    };
+    run();
+    const std::size_t before = usedBytes();
+    for (int number = 0; number < 300; ++number) {
+        run();
+    }
+    EXPECT_LT(usedBytes(), before + kWaiting);
 }
 
 INSTANTIATE_TEST_SUITE_P(Sizes, HeapBulk, testing::Values(0, 1000, kExpected, 10 * kExpected));
