@@ -93,9 +93,14 @@ const char *BRELXmlObject_getFullyQualifiedNameRelativeToService(const ZUVXMLUTI
     if (fullName == nullptr) {
         return nullptr;
     }
+    // The service's name is short: this ends before a search through the text would have begun.
     const char *const withinRoot = fullName + kSeparator.size();
-    const char *const separator = std::strstr(withinRoot, kSeparator.data());
-    return separator != nullptr ? separator + kSeparator.size() : withinRoot;
+    for (const char *at = withinRoot; *at != '\0'; ++at) {
+        if (at[0] == kSeparator[0] && at[1] == kSeparator[1]) {
+            return at + kSeparator.size();
+        }
+    }
+    return withinRoot;
 }
 
 struct BRELCfgFileParser *BRELXmlObject_getXmlSupport(const ZUVXMLUTILSObject *xmlObject)

@@ -5,6 +5,7 @@
 
 #include <libxml/xmlmemory.h>
 
+#include "platform/osapi/HeapBlock.hpp"
 #include "platform/xmlutils/Reserve.hpp"
 
 namespace zuv::xmlutils
@@ -44,7 +45,7 @@ public:
     // False if there is no room for it.
     bool give(void *block)
     {
-        const std::size_t size = ZUVOsapiHeap_getBlockSize(block);
+        const std::size_t size = zuv_heap::sizeOf(block);
         return size - 1 < kSizeMax && size % kStep == 0 && lists_[(size - 1) / kStep].push(block);
     }
 
