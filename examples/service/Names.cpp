@@ -93,6 +93,14 @@ void refuseAmbiguous(const std::string &wanted, const std::vector<Object *> &fou
                          nameOf(found[1]).c_str());
 }
 
+bool isIn(const Object *xmlService, const Object *xml)
+{
+    while (xml != nullptr && xml != xmlService) {
+        xml = ZUVXMLUTILSObject_getParent(xml);
+    }
+    return xml != nullptr;
+}
+
 // The first part leads into the service, wherever that is allowed; null when there is nothing of that name.
 Object *findFirst(Object *xmlService, const Part &part)
 {
@@ -164,6 +172,11 @@ Entity find(Object *xmlService, std::string_view identifier)
     if (!parts) {
         SERVICE_REFUSAL(&ZUV_SERVICE_LOG_MALFORMED_RESOURCE_IDENTIFIER_s, wanted.c_str());
         return {};
+    }
+    // Names may hold separators and dots themselves.
+    Object *const literal = ZUVXMLUTILSObject_lookUp(xmlService, wanted.c_str());
+    if (literal != nullptr && isIn(xmlService, literal)) {
+        return toEntity(literal);
     }
     const Part &first = parts->front();
     Object *start =

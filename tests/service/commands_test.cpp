@@ -93,6 +93,22 @@ TEST_F(Get, ofAPartThatIsNoEntityIsRefused)
               error(failed("unsupported resource", "change state")));
 }
 
+TEST_F(Get, ofNamesThatHoldSeparatorsAndTags)
+{
+    std::string document = kSite;
+    document.replace(document.find("name=\"s1\""), 9, "name=\"session.s::1\"");
+    start(document);
+    const std::string session = ask("get S1 dr1::session.s::1");
+    EXPECT_THAT(session, StartsWith("Result: <session name=\"session.s::1\">\n"));
+    EXPECT_EQ(ask("get S1 ::bridge::dr1::session.s::1"), session);
+    EXPECT_EQ(ask("get S1 dr1::session.s::1::all"), result(kAll));
+    // Another service of the document is not this one's.
+    folder.write("two.xml", "<dds><brel_service name='a'><domain_route name='d'/></brel_service>"
+                            "<brel_service name='b'/></dds>");
+    EXPECT_EQ(ask("load S1 b file://two.xml"), result("loaded b"));
+    refuses("get S1 ::a::d", failed("unknown resource=::a::d. Did you mean 'b'?", "get"));
+}
+
 class Update : public ServiceTest
 {
 };
