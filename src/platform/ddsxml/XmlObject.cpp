@@ -89,9 +89,10 @@ int lineOffsetOf(const ZUVXMLUTILSObject *element, int outer, int current)
     if (text == nullptr) {
         return current;
     }
+    constexpr int kLineMax = 1'000'000'000; // which leaves room for the lines of a document
     int line = 0;
-    const auto result = std::from_chars(text, text + std::strlen(text), line);
-    return result.ec == std::errc() ? line - ZUVXMLUTILSObject_getLine(element) : outer;
+    std::from_chars(text, text + std::strlen(text), line);
+    return line > 0 && line <= kLineMax ? line - ZUVXMLUTILSObject_getLine(element) : outer;
 }
 
 } // namespace

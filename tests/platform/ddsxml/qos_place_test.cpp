@@ -44,6 +44,12 @@ TEST_F(QosPlace, isWhatAnInstructionInFrontSays)
     EXPECT_EQ(placeOf("<dds><?zuv-linenumber 70?><types/>" + kEnd + "<?zuv-linenumber 80?>" +
                       wrong_ + kEnd + "</dds>"),
               "!read text, line 80");
+    for (const char *none : {"2147483647", "1000000001", "99999999999", "-70", "0", ""}) {
+        EXPECT_EQ(
+            placeOf("<dds>\n<?zuv-linenumber " + std::string(none) + "?>" + wrong_ + "</dds>"),
+            "!read text, line 2")
+            << none;
+    }
     EXPECT_EQ(placeOf("<dds>\n<qos_library name='l'>\n<?zuv-linenumber 70?><datareader_qos>\n"
                       "<histroy/></datareader_qos></qos_library></dds>"),
               "!read text, line 71")
