@@ -294,6 +294,8 @@ private:
         switch (op.shape) {
         case Shape::Word:
             return oneWord(memberOf(base, op.offset), position, end);
+        case Shape::Units:
+            return units(op, base, position, end);
         case Shape::DenseEnum:
             return denseEnumeration(op, memberOf(base, op.offset), position, end);
         case Shape::PlainText:
@@ -309,8 +311,6 @@ private:
                                               std::size_t position, std::size_t end)
     {
         switch (op.code) {
-        case OpCode::Units:
-            return units(op, base, position, end);
         case OpCode::Enum:
             return enumeration(op, memberOf(base, op.offset), position, end);
         case OpCode::Text:
@@ -345,7 +345,8 @@ private:
         return position;
     }
 
-    std::size_t units(const Op &op, void *base, std::size_t position, std::size_t end)
+    [[gnu::always_inline]] std::size_t units(const Op &op, void *base, std::size_t position,
+                                             std::size_t end)
     {
         if (!align(position, end, op.alignment)) {
             return kFailed;

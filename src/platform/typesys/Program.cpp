@@ -211,7 +211,7 @@ Shape shapeOf(const Op &op)
 {
     switch (op.code) {
     case OpCode::Units:
-        return op.unit == 4 && op.size == 4 ? Shape::Word : Shape::Other;
+        return op.unit == 4 && op.size == 4 ? Shape::Word : Shape::Units;
     case OpCode::Enum:
         return op.gapped == nullptr ? Shape::DenseEnum : Shape::Other;
     case OpCode::Text:

@@ -31,6 +31,7 @@ enum class OpCode : std::uint8_t {
 // The operations that most samples are made of, for the decoder, which has code for each of them.
 enum class Shape : std::uint8_t {
     Word,      // Units: one of four octets
+    Units,     // Units: any others
     DenseEnum, // Enum: all values between the least and the greatest
     PlainText, // Text: never absent
     Octets,    // UnitSequence: of single octets

@@ -182,13 +182,16 @@ bool copyElements(const ZUVSequence &destination, const ZUVSequence &source, std
     return true;
 }
 
-bool mayGrow(const ZUVSequence &self, std::uint32_t length)
+[[gnu::noinline]] bool refuseGrowth(const ZUVSequence &self, std::uint32_t length)
 {
-    if (!self._owned) {
-        return refuse(DDS_LOG_SEQUENCE_NOT_OWNER);
-    }
-    return length <= self._absolute_maximum ||
-           refuse(DDS_LOG_SEQUENCE_INSUFFICIENT_SPACE_dd, length, self._absolute_maximum);
+    return self._owned
+               ? refuse(DDS_LOG_SEQUENCE_INSUFFICIENT_SPACE_dd, length, self._absolute_maximum)
+               : refuse(DDS_LOG_SEQUENCE_NOT_OWNER);
+}
+
+[[gnu::noinline]] bool refuseBuffer(std::uint32_t length, std::uint32_t elementSize)
+{
+    return refuse(ZUV_OSAPI_MEMORY_LOG_OUT_OF_HEAP_ARRAY_dd, length, elementSize);
 }
 
 // Room for `length` elements in a sequence whose present values do not matter: those of plain elements are
@@ -198,13 +201,13 @@ inline bool makePlainRoom(ZUVSequence &self, std::uint32_t elementSize, std::uin
     if (length <= self._maximum) {
         return true;
     }
-    if (!mayGrow(self, length)) {
-        return false;
+    if (!self._owned || length > self._absolute_maximum) [[unlikely]] {
+        return refuseGrowth(self, length);
     }
     void *buffer =
         ZUVOsapiHeap_allocateBufferAligned(std::size_t{length} * elementSize, kAlignment);
     if (buffer == nullptr) {
-        return refuse(ZUV_OSAPI_MEMORY_LOG_OUT_OF_HEAP_ARRAY_dd, length, elementSize);
+        return refuseBuffer(length, elementSize);
     }
     if (self._contiguous_buffer != nullptr) {
         ZUVOsapiHeap_freeBufferAligned(self._contiguous_buffer);
@@ -220,8 +223,23 @@ bool makeRoom(ZUVSequence &self, const ZUVSequenceElement &element, std::uint32_
     if (element.typeCode == nullptr) {
         return makePlainRoom(self, element.size, length);
     }
-    return length <= self._maximum ||
-           (mayGrow(self, length) && exchangeBuffer(self, element, length, self._maximum));
+    if (length <= self._maximum) {
+        return true;
+    }
+    return self._owned && length <= self._absolute_maximum
+               ? exchangeBuffer(self, element, length, self._maximum)
+               : refuseGrowth(self, length);
+}
+
+// The caller gives every element its texts: room for their bounds would only cost memory.
+[[gnu::noinline]] bool makeRoomForSamples(ZUVSequence &self, const ZUVSequenceElement &element,
+                                          std::uint32_t length)
+{
+    const DDS_TypeAllocationParams_t params = self._elementAllocParams;
+    self._elementAllocParams.allocate_memory = DDS_BOOLEAN_FALSE;
+    const bool hasRoom = makeRoom(self, element, length);
+    self._elementAllocParams = params;
+    return hasRoom;
 }
 
 bool canTakeLoan(const ZUVSequence &self, const void *buffer, DDS_Long length, DDS_Long maximum)
@@ -273,16 +291,9 @@ bool zuv::growSequence(ZUVSequence *sequence, const Op &op, std::uint32_t length
         ZUVSequence_initialize(sequence);
         sequence->_absolute_maximum = op.bound;
     }
-    if (op.sequenceElement.typeCode == nullptr) {
-        const bool hasRoom = makePlainRoom(*sequence, op.sequenceElement.size, length);
-        sequence->_length = hasRoom ? length : sequence->_length;
-        return hasRoom;
-    }
-    // The caller gives every element its texts: room for their bounds would only cost memory.
-    const DDS_TypeAllocationParams_t params = sequence->_elementAllocParams;
-    sequence->_elementAllocParams.allocate_memory = DDS_BOOLEAN_FALSE;
-    const bool hasRoom = makeRoom(*sequence, op.sequenceElement, length);
-    sequence->_elementAllocParams = params;
+    const bool hasRoom = op.sequenceElement.typeCode == nullptr
+                             ? makePlainRoom(*sequence, op.sequenceElement.size, length)
+                             : makeRoomForSamples(*sequence, op.sequenceElement, length);
     if (hasRoom) {
         sequence->_length = length;
     }
