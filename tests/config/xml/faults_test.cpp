@@ -262,6 +262,10 @@ protected:
                                "</qos_profile></qos_library><port name='p'>" +
                                    content + "</port></dds>"),
                   1);
+        // What is always there would only make it slow to compare the trees.
+        BRELXmlUtils_deleteDdsXmlObject(
+            parser->_xmlDdsParser,
+            DDS_XMLObject_lookup_child(parser->_xmlDdsQosRoot, "BuiltinProfiles"));
         return parser;
     }
 
