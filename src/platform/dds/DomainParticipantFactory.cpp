@@ -6,6 +6,7 @@
 
 #include <fastdds/dds/domain/DomainParticipant.hpp>
 #include <fastdds/dds/domain/DomainParticipantFactory.hpp>
+#include <fastrtps/xmlparser/XMLProfileManager.h>
 
 #include "Conversions.hpp"
 #include "EntityImpl.hpp"
@@ -31,6 +32,16 @@ constexpr DDS_Long kGreatestDomainId = 232; // beyond it the ports run out (DDSI
 std::mutex factoryMutex;
 DDS_DomainParticipantFactory *theFactory = nullptr;
 
+// Also within the process. The middleware's shortcut keeps pointers to the readers of other participants of the process
+// and uses them after these have been deleted, until it hears that they are.
+bool deliverThroughTransports()
+{
+    eprosima::fastrtps::LibrarySettingsAttributes settings;
+    settings.intraprocess_delivery = eprosima::fastrtps::INTRAPROCESS_OFF;
+    eprosima::fastrtps::xmlparser::XMLProfileManager::library_settings(settings);
+    return true;
+}
+
 fast::DomainParticipant *createFast(DDS_Long domainId, const DDS_DomainParticipantQos &qos,
                                     int portSlot)
 {
@@ -38,6 +49,8 @@ fast::DomainParticipant *createFast(DDS_Long domainId, const DDS_DomainParticipa
         return nullptr;
     }
     fast::DomainParticipantFactory *const factory = fast::DomainParticipantFactory::get_instance();
+    // Once, and before the profiles, which may tell otherwise.
+    [[maybe_unused]] static const bool isTold = deliverThroughTransports();
     factory->load_profiles();
     fast::DomainParticipantQos fastQos = factory->get_default_participant_qos();
     zuv::dds::applyLoopbackUnlessConfigured(fastQos);

@@ -2,10 +2,8 @@
 #ifndef ZUV_TESTS_PLATFORM_DDS_DOMAIN_H
 #define ZUV_TESTS_PLATFORM_DDS_DOMAIN_H
 
-#include <chrono>
 #include <functional>
 #include <string>
-#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -15,6 +13,7 @@
 #include "platform/dds/Subscriber.h"
 #include "platform/dds/Topic.h"
 #include "platform/typesys/String.h"
+#include "support/Eventually.h"
 #include "support/Loopback.h"
 #include "types/TestTypes.h"
 
@@ -35,20 +34,6 @@ inline void leaveDomain(DDS_DomainParticipant *participant)
     EXPECT_EQ(DDS_DomainParticipantFactory_delete_participant(
                   DDS_DomainParticipantFactory_get_instance(), participant),
               DDS_RETCODE_OK);
-}
-
-// Wait for a condition that something else brings about.
-inline bool eventually(const std::function<bool()> &condition,
-                       std::chrono::milliseconds patience = std::chrono::seconds(10))
-{
-    const auto end = std::chrono::steady_clock::now() + patience;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > end) {
-            return false;
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return true;
 }
 
 // A writer and a reader of one topic, reliable and keeping all, matched.

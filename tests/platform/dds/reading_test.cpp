@@ -392,7 +392,7 @@ TEST_F(Reading, leavesOutWhatIsNoSampleWithoutHarmToItsNeighbours)
     ASSERT_TRUE(zuv_test::eventually([&] { return raw.isMatched(); }));
     log_.clear();
     ASSERT_TRUE(raw.write(goodAnswer(1)));
-    ASSERT_TRUE(raw.write({}));
+    ASSERT_TRUE(raw.write({0, 9, 0, 0}));
     ASSERT_TRUE(raw.write({0, 9, 0, 0, 200, 0, 0, 0}));
     ASSERT_TRUE(raw.write({0, 9, 0, 0, 10, 0, 0, 0, 5, 0, 0, 0, 0xff, 0xff, 0xff, 0x7f, 'x', 0}));
     ASSERT_TRUE(raw.write(goodAnswer(2)));
