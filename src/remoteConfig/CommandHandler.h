@@ -30,13 +30,14 @@ typedef struct BRELCommandHandler {
 /* A handler for `server`, whose entities, QoS and names are in `ddsContext`; both must outlive it. Its replier is enabled,
  * and requests that name no service or a service whose name matches the pattern that is the server's name are received
  * from now on; who attaches `_requestCondition` to a dispatcher lets them be handled. NULL after a report: also for a name
- * with "'" in it, or of more than 203 characters, of which no filter can be made. Release with
- * BRELCommandHandler_delete; the request topic and the filtered topic stay in the participant. */
+ * of more than 203 characters, whose filter would be cut, and for one with a "'" behind which the filter's expression
+ * does not go on. Release with BRELCommandHandler_delete; the request topic and the filtered topic stay in the
+ * participant. */
 BRELCommandHandler *BRELCommandHandler_new(BRELRemoteConfigDdsContext *ddsContext,
                                            struct BRELRemoteConfigServer *server);
 
-/* Delete the replier and free the record, also when deleting the replier fails, which is reported. The condition must not
- * be attached. */
+/* Delete the replier and free the record, also when deleting the replier fails, which is reported: the replier is nobody's
+ * then, and its endpoints go with the publisher and the subscriber. The condition must not be attached. */
 void BRELCommandHandler_delete(BRELCommandHandler *self);
 
 /* 1 if some client's request writer and some client's reply reader are matched. Any thread. */

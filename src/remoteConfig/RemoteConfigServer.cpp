@@ -71,6 +71,14 @@ bool BRELRemoteConfigServer_stop(Server *self)
     return stopHandler(*self) && brel::deleteServerEntities(*self);
 }
 
+// What a start or a stop that failed has left is gone before the next start, which would lose it.
+bool clearAway(Server &self)
+{
+    const bool isLeft = self._ddsContext._participant != nullptr && self._aws != nullptr &&
+                        DDS_AsyncWaitSet_is_started(self._aws) == 0;
+    return !isLeft || BRELRemoteConfigServer_stop(&self);
+}
+
 } // namespace
 
 extern "C" {
@@ -135,6 +143,9 @@ void BRELRemoteConfigServer_setRequestInterceptor(
 int BRELRemoteConfigServer_start(BRELRemoteConfigServer *self)
 {
     if (BREL_SERVER_IS_NULL(self)) {
+        return 0;
+    }
+    if (!clearAway(*self)) {
         return 0;
     }
     switch (brel::createServerEntities(*self)) {

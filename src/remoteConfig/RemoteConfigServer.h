@@ -1,10 +1,10 @@
 /* The service's end of the administration protocol: it receives the commands that are meant for the service and hands them
  * to whoever runs it.
  *
- * A server is made, gets an interceptor, is started, and is deleted; one whose start has failed
- * may be started again. All of that, and the queries, happen on one thread of the service at a time, except
- * BRELRemoteConfigServer_hasMatchingClient, which any thread may call. NULL arguments are failed preconditions unless they
- * are allowed. */
+ * A server is made, gets an interceptor, is started, and is deleted; one whose start has failed may be started
+ * again, one that was finalized may not. All of that, and the queries, happen on one thread of the service at a time,
+ * except BRELRemoteConfigServer_hasMatchingClient, which any thread may call between a start and the next operation
+ * that stops the server. NULL arguments are failed preconditions unless they are allowed. */
 #ifndef ZUV_REMOTE_CONFIG_REMOTE_CONFIG_SERVER_H
 #define ZUV_REMOTE_CONFIG_REMOTE_CONFIG_SERVER_H
 
@@ -63,7 +63,8 @@ void BRELRemoteConfigServer_setRequestInterceptor(
 
 /* Make the entities as the administration settings say and start the dispatcher. 1, or 0 after a report: then the server is
  * stopped, unless it was the property of the reader's memory that could not be set: then the entities stay until the
- * server is finalized. A server that is started must not be started. */
+ * server is finalized or started again. What a failed stop has left is deleted first. A server that is started must not
+ * be started. */
 int BRELRemoteConfigServer_start(BRELRemoteConfigServer *self);
 
 /* 1 while the dispatcher runs. */
@@ -85,7 +86,8 @@ void BRELRemoteConfigServer_processRequest(BRELRemoteConfigServer *self,
  * alive, and another call tries again from there. */
 void BRELRemoteConfigServer_finalize(BRELRemoteConfigServer *self);
 
-/* Finalize and free a server of BRELRemoteConfigServer_new. NULL is reported. */
+/* Finalize and free a server of BRELRemoteConfigServer_new. NULL is reported. The record is freed also when the stop failed,
+ * and what the stop has left is lost then: who wants to try again finalizes first, until `_aws` is NULL. */
 void BRELRemoteConfigServer_delete(BRELRemoteConfigServer *self);
 
 /* A participant for the administration of a service; its QoS is as the next operation makes it. NULL after a report. */

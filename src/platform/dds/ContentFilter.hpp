@@ -17,8 +17,8 @@
 // the text of the expression: characters of the sample's value stand for themselves. Patterns are those of
 // MAVOString_matchesPattern.
 //
-// The text of an expression that stands for a name is taken as it is. A name with "'" in it makes an expression that
-// cannot be read, and is refused.
+// The text of an expression that stands for a name is taken as it is: a "'" in the name ends the text, and what is behind
+// it is read as expression, or refused.
 #ifndef ZUV_PLATFORM_DDS_CONTENT_FILTER_HPP
 #define ZUV_PLATFORM_DDS_CONTENT_FILTER_HPP
 
