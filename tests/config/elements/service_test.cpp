@@ -1,5 +1,9 @@
 // The record of a service and of its sections: defaults, what a document says, updates, copies, lookups, failures.
 #include <cinttypes>
+#include <thread>
+
+#include <sched.h>
+#include <unistd.h>
 
 #include "config/CfgFileService.h"
 #include "config/xml/ConfigTest.h"
@@ -162,6 +166,41 @@ TEST_F(ServiceElement, aGroupWithoutANameIsNamedAfterHostAndProcess)
           "strlen(appId)\""},
          {&ZUV_LOG_PRECONDITION_FAILURE_s, "!meet precondition: \"output == ((void *)0)\""}}))
         << testing::PrintToString(log.texts());
+}
+
+// The system's name of this machine for the calling thread alone; false where that is not permitted.
+bool callThisMachine(const std::string &name)
+{
+    return unshare(CLONE_NEWUTS) == 0 && sethostname(name.c_str(), name.size()) == 0;
+}
+
+TEST_F(ServiceElement, aGroupIsNamedAfterAHostThatHasANameOfItsOwn)
+{
+    const std::string process = std::to_string(ZUVOsapiProcess_getId());
+    const std::string numbered =
+        "ZUV_BrelService__" + std::to_string(ZUVOsapiHost_getId()) + "_" + process;
+    const auto nameOn = [](const std::string &host) {
+        char name[256] = "";
+        std::thread([&] {
+            if (callThisMachine(host)) {
+                EXPECT_EQ(BRELCfgFileService_getDefaultServiceName(name, 255), 1);
+            }
+        }).join();
+        return std::string(name);
+    };
+    const std::string onAlpha = nameOn("alpha");
+    if (!onAlpha.empty()) {
+        EXPECT_EQ(onAlpha, "ZUV_BrelService_alpha_" + process);
+        EXPECT_EQ(nameOn("localhost"), numbered);
+        EXPECT_EQ(nameOn("127.0.0.1"), numbered);
+        EXPECT_EQ(nameOn("localhosts"), "ZUV_BrelService_localhosts_" + process);
+    }
+    char name[256] = "";
+    ZUVOsapiFault_arm("host.name", 1, 0);
+    EXPECT_EQ(BRELCfgFileService_getDefaultServiceName(name, 255), 1);
+    EXPECT_EQ(ZUVOsapiFault_getInjectedCount(), 1U);
+    ZUVOsapiFault_disarm();
+    EXPECT_EQ(name, numbered);
 }
 
 TEST_F(ServiceElement, itsParticipantsTellTheirGroupUnlessTheyTellAnother)

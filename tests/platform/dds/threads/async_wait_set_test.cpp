@@ -304,10 +304,58 @@ TEST_F(AsyncWaitSet, neverHandlesAConditionOnTwoThreadsAtOnce)
         }
     }
     for (int i = 0; i < 4; ++i) {
-        EXPECT_TRUE(eventually([&] { return !triggers[i]->isTriggered() && inside[i] == 0; }));
-        EXPECT_GT(received[i], 0);
+        EXPECT_TRUE(eventually(
+            [&] { return received[i] > 0 && !triggers[i]->isTriggered() && inside[i] == 0; }));
     }
     EXPECT_FALSE(collided);
+}
+
+TEST_F(AsyncWaitSet, oneThreadWaitsAndTheOthersForIt)
+{
+    make(4);
+    const zuv_test::LogCapture log;
+    ZUVOsapiFault_arm("dds.wait", 2, 0); // the second that waits
+    start();
+    std::this_thread::sleep_for(kAWhile);
+    EXPECT_EQ(ZUVOsapiFault_getInjectedCount(), 0U);
+    ZUVOsapiFault_disarm();
+    EXPECT_TRUE(log.isEmpty());
+}
+
+TEST_F(AsyncWaitSet, theThreadThatWaitsIsInAnAreaOfTheLevelThatWasAskedFor)
+{
+    property.level = 77;
+    make(2);
+    const zuv_test::LogCapture log;
+    ZUVOsapiFault_arm("exclusive_area.enter", 1, 0);
+    start();
+    EXPECT_TRUE(eventually([] { return ZUVOsapiFault_getInjectedCount() == 1; }));
+    ZUVOsapiFault_disarm();
+    EXPECT_TRUE(eventually([&] { return log.lines().size() == 1; }));
+    EXPECT_NE(log.texts()[0].find("'zAsyncWaitSet' of level 77"), std::string::npos)
+        << log.texts()[0];
+}
+
+TEST_F(AsyncWaitSet, attachingDoesNotWaitForThePool)
+{
+    Gate gate;
+    std::atomic<int> handled = 0;
+    triggers[0]->onTrigger([&] {
+        triggers[0]->release();
+        gate.pass();
+    });
+    triggers[1]->onTrigger([&] { handled += triggers[1]->release(); });
+    make(1);
+    ASSERT_EQ(attach(*triggers[0]), DDS_RETCODE_OK);
+    start();
+    triggers[0]->pull();
+    ASSERT_TRUE(eventually([&] { return gate.arrived() == 1; }));
+    // The only thread is busy.
+    EXPECT_EQ(attach(*triggers[1]), DDS_RETCODE_OK);
+    triggers[1]->pullAndWait();
+    EXPECT_EQ(handled, 0);
+    gate.open();
+    EXPECT_TRUE(eventually([&] { return handled == 1; }));
 }
 
 TEST_F(AsyncWaitSet, waitsForABatch)
