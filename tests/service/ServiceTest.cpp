@@ -1,47 +1,11 @@
 #include "ServiceTest.h"
 
-#include <algorithm>
-#include <cstdlib>
-#include <fstream>
 #include <stdexcept>
 
 #include "support/Loopback.h"
 
 namespace zuv_test
 {
-
-namespace fs = std::filesystem;
-
-TemporaryFolder::TemporaryFolder()
-{
-    char path[] = "/tmp/zuv-service-XXXXXX";
-    if (mkdtemp(path) == nullptr) {
-        throw std::runtime_error("no temporary folder");
-    }
-    path_ = path;
-}
-
-TemporaryFolder::~TemporaryFolder()
-{
-    std::error_code ignored;
-    fs::remove_all(path_, ignored);
-}
-
-std::string TemporaryFolder::write(std::string_view file, std::string_view content) const
-{
-    std::ofstream(path(file), std::ios::binary) << content;
-    return path(file);
-}
-
-std::vector<std::string> TemporaryFolder::files() const
-{
-    std::vector<std::string> names;
-    for (const auto &entry : fs::directory_iterator(path_)) {
-        names.push_back(entry.path().filename());
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-}
 
 std::vector<std::string> serviceCommand(const std::vector<std::string> &arguments)
 {

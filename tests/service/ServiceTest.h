@@ -2,7 +2,6 @@
 #ifndef ZUV_TESTS_SERVICE_SERVICE_TEST_H
 #define ZUV_TESTS_SERVICE_SERVICE_TEST_H
 
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -12,27 +11,10 @@
 
 #include "Session.h"
 #include "remoteConfig/RemoteConfigClient.h"
+#include "support/Files.h"
 
 namespace zuv_test
 {
-
-// A folder that is gone with the object.
-class TemporaryFolder
-{
-public:
-    TemporaryFolder();
-    ~TemporaryFolder();
-    TemporaryFolder(const TemporaryFolder &) = delete;
-    TemporaryFolder &operator=(const TemporaryFolder &) = delete;
-
-    std::string path(std::string_view file = "") const { return path_ + "/" + std::string(file); }
-    std::string write(std::string_view file, std::string_view content) const;
-    std::string read(std::string_view file) const { return contentOf(path(file)); }
-    std::vector<std::string> files() const;
-
-private:
-    std::string path_;
-};
 
 // The service in the domain of the test, without the files that it would find by itself.
 std::vector<std::string> serviceCommand(const std::vector<std::string> &arguments = {});

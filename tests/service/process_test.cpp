@@ -1,5 +1,6 @@
 // The service as a process: its options, how it ends, what it leaves.
 #include <csignal>
+#include <filesystem>
 #include <fstream>
 #include <regex>
 

@@ -1,4 +1,5 @@
 // The tour that a newcomer sees, from its first byte to its last.
+#include <filesystem>
 #include <regex>
 
 #include "ServiceTest.h"

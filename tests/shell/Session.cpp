@@ -2,7 +2,6 @@
 
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
 
 #include <unistd.h>
@@ -96,12 +95,6 @@ ProcessResult runCommandFile(std::string_view content, int timeoutSeconds)
     const TemporaryFile file(content);
     return runProcess(
         inDomain({ZUVBSH}, {"-timeout", std::to_string(timeoutSeconds), "-cmdFile", file.path()}));
-}
-
-std::string contentOf(const std::string &path)
-{
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 } // namespace zuv_test

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "support/Files.h"
 #include "support/Process.h"
 
 namespace zuv_test
@@ -63,8 +64,6 @@ private:
 
 // What the shell prints for a command file with this content, from its first byte to its last.
 ProcessResult runCommandFile(std::string_view content, int timeoutSeconds);
-
-std::string contentOf(const std::string &path);
 
 } // namespace zuv_test
 

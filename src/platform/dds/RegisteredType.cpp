@@ -6,6 +6,7 @@
 #include <fastdds/dds/topic/TopicDataType.hpp>
 #include <fastdds/dds/topic/TypeSupport.hpp>
 
+#include "PayloadReading.hpp"
 #include "Report.hpp"
 #include "SampleStore.hpp"
 #include "platform/osapi/Fault.h"
@@ -58,6 +59,7 @@ public:
         if (data == nullptr) { // no memory for a key when the reader was made
             return true;
         }
+        const PayloadReading reading;
         auto &cell = *static_cast<SampleCell *>(data);
         if (cell.store == nullptr) {
             readKey(*payload, cell);
