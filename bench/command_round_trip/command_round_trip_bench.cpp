@@ -1,6 +1,7 @@
 // How long a command takes from the client to a service in another process and back, beside an echo of the same octets
-// on the middleware alone, with a wait set on both sides and the same transports and QoS. For a large command the
-// echo has the transports that the middleware has by itself.
+// on the middleware alone, with a wait set on both sides and the same transports and QoS. The service is a replier in a
+// loop or, where that is said, a whole server with its dispatcher. For a large command the echo has the transports that
+// the middleware has by itself.
 // Both take turns in blocks, so that they meet the same machine. command_round_trip_bench [PAIRS]: how often the
 // services are started anew. Fails when a ratio is above its limit.
 #include <algorithm>
@@ -34,10 +35,12 @@ struct Case {
     int blockSize;  // round trips
     double medianLimit;
     double tailLimit;
+    bool isWholeServer = false; // in place of the replier alone
 };
 
 constexpr Case kCases[] = {
     {"200 B", 200, bench::Transports::kProfile, 10, 250, 1.10, 1.10},
+    {"200 B, server", 200, bench::Transports::kProfile, 10, 250, 1.20, 1.20, true},
     {"32 KiB", 32 * 1024, bench::Transports::kProfile, 10, 250, 1.10, 1.10},
     {"1 MiB, untuned echo", 1024 * 1024, bench::Transports::kUntuned, 2, 50, 0.65, 0.20},
 };
@@ -62,9 +65,8 @@ private:
 class Commands
 {
 public:
-    explicit Commands(unsigned int payloadSize)
-        : service_({RESPONDER, "-domainId", std::to_string(zuv_test::loopbackDomainId()), "-name",
-                    kService, "-echo"}),
+    Commands(unsigned int payloadSize, bool isWholeServer)
+        : service_(command(isWholeServer)),
           client_(BRELRemoteConfigClient_new(zuv_test::loopbackDomainId(),
                                              static_cast<int>(kPatience.count()))),
           reply_(ZUV_Service_Admin_CommandReplyTypeSupport_create_data())
@@ -111,6 +113,15 @@ public:
     bool isIntact() const { return body_ == reply_->string_body; }
 
 private:
+    static std::vector<std::string> command(bool isWholeServer)
+    {
+        const std::string domain = std::to_string(zuv_test::loopbackDomainId());
+        if (isWholeServer) {
+            return {SERVER_ECHO, domain, kService};
+        }
+        return {RESPONDER, "-domainId", domain, "-name", kService, "-echo"};
+    }
+
     bool send()
     {
         return BRELRemoteConfigClient_sendCommandRequest(client_, reply_, kService, &request_, 1);
@@ -199,7 +210,7 @@ void measureBlock(Road &road, int count, std::vector<double> &times)
 
 void measurePair(const Case &it, std::vector<double> &ours, std::vector<double> &bare)
 {
-    Commands commands(it.payloadSize);
+    Commands commands(it.payloadSize, it.isWholeServer);
     Echoes echoes(commands.requestSize(), commands.replySize(), it.echoTransports);
     std::vector<double> thrownAway;
     measureBlock(commands, it.blockSize, thrownAway);
