@@ -115,7 +115,7 @@ page=$prefix/share/man/man1/zuvbsh.1
 for option in $options; do
     check "the man page tells of $option" grep -q -F -e "\\$option" "$page"
 done
-commands=$(sed -n 's/^\([a-z_]*\) *- .*/\1/p' "$(dirname "$0")/../shell/tour_transcript.txt")
+commands=$(sed -n 's/^\([a-z_]*\) *- .*/\1/p' "$(dirname "$0")/../service/tour_transcript.txt")
 [[ $(wc -w <<<"$commands") -eq 14 ]] || { echo "FAILED: commands of the help: $commands"; failed=1; }
 for command in $commands; do
     check "the man page tells of $command" grep -q -E "^\.BI? .*\b$command\b|^\.BR .*\b$command\b" "$page"
