@@ -60,6 +60,9 @@ void collect(void *, xmlError *error)
         // Whatever follows an error is of no interest, and may be long.
         stopReading(scope->parser, scope->bytes);
     } else if (const xmlNode *node = elementOf(static_cast<xmlNode *>(error->node))) {
+        if (!scope->problem.isSet()) {
+            scope->element = node;
+        }
         scope->problem.set(node, reason);
     } else {
         scope->problem.set(error->line, "", reason);

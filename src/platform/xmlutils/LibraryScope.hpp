@@ -66,6 +66,8 @@ public:
     bool isClean();
 
     Problem problem;
+    // The element that it is about, if that stands in a tree.
+    const _xmlNode *element = nullptr;
     // The parser to be stopped by its first error, and the bytes that it was given.
     _xmlParserCtxt *parser = nullptr;
     std::string_view bytes;

@@ -126,7 +126,8 @@ bool addRoots(ZUVXMLUTILSValidator &self, const ZUVXMLUTILSPropertyList &roots, 
     return true;
 }
 
-bool validate(const ZUVXMLUTILSValidator &self, xmlNode *element, Problem &problem)
+// The element that is not valid, with the problem; null if all is.
+const xmlNode *findInvalid(const ZUVXMLUTILSValidator &self, xmlNode *element, Problem &problem)
 {
     const BlockCacheScope cache;
     const ReserveScope reserve;
@@ -141,7 +142,7 @@ bool validate(const ZUVXMLUTILSValidator &self, xmlNode *element, Problem &probl
         scope.problem.set(element, "the element is not valid");
     }
     problem = scope.problem;
-    return !problem.isSet();
+    return !problem.isSet() ? nullptr : scope.element != nullptr ? scope.element : element;
 }
 
 } // namespace
@@ -194,13 +195,17 @@ int ZUVXMLUTILSValidator_validate(ZUVXMLUTILSValidator *self, ZUVXMLUTILSObject 
         return 0;
     }
     xmlNode *const element = toNode(object);
+    const xmlNode *invalid = element;
     Problem problem;
     if (ZUV_OSAPI_FAULT("xmlutils.validate")) {
         problem.set(element, Problem::kOutOfMemory);
-    } else if (validate(*self, element, problem)) {
+    } else {
+        invalid = findInvalid(*self, element, problem);
+    }
+    if (invalid == nullptr) {
         return 1;
     }
-    ZUV_XML_REPORT_PROBLEM(ZUVXMLUTILS_SUBMODULE_VALIDATOR, sourceOf(element), problem);
+    ZUV_XML_REPORT_PROBLEM(ZUVXMLUTILS_SUBMODULE_VALIDATOR, sourceOf(invalid), problem);
     return 0;
 }
 }
