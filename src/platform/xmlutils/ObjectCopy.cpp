@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <utility>
 
 #include <libxml/tree.h>
 
@@ -62,6 +63,15 @@ bool spreadLines(xmlNode *parent, long &line)
     return true;
 }
 
+// The names in it are its own: it may go again, and the tree's dictionary never forgets one.
+NodePointer copyFor(xmlDoc *document, const xmlNode *original)
+{
+    xmlDict *const dictionary = std::exchange(document->dict, nullptr);
+    NodePointer copy(copySubtree(original, document));
+    document->dict = dictionary;
+    return copy;
+}
+
 char *dump(const xmlNode *node)
 {
     const ReserveScope reserve;
@@ -95,7 +105,7 @@ ZUVXMLUTILSObject *ZUVXMLUTILSObject_copyAsChild(ZUVXMLUTILSObject *self,
     if (depthOf(parent) + heightOf(original) > 2 * ZUVXMLUTILS_DEPTH_MAX) {
         problem.set(original, "elements are nested too deeply");
     } else {
-        copy.reset(ZUV_OSAPI_FAULT("xmlutils.copy") ? nullptr : copySubtree(original, parent->doc));
+        copy = ZUV_OSAPI_FAULT("xmlutils.copy") ? nullptr : copyFor(parent->doc, original);
         NodeRecord *const record = copy != nullptr ? needRecord(copy.get()) : nullptr;
         if (record == nullptr || !setFilePath(record, parent->doc, filePathOf(original))) {
             problem.set(original, Problem::kOutOfMemory);

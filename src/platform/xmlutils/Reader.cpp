@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <optional>
 
 #include <libxml/SAX2.h>
 #include <libxml/parser.h>
@@ -28,6 +29,8 @@ struct Reading {
     DocumentKind kind;
     bool hasLongNames;
     std::size_t textLength = 0;
+    // Until the document starts: a buffer that cannot take its bytes is lost.
+    std::optional<ReserveScope> reserve = {};
 };
 
 xmlParserCtxt *parserOf(void *context)
@@ -169,6 +172,12 @@ void addBeforeText(xmlParserCtxt *parser, Add &&add)
     }
 }
 
+void startDocument(void *context)
+{
+    readingOf(parserOf(context)).reserve.reset();
+    xmlSAX2StartDocument(context);
+}
+
 void addComment(void *context, const xmlChar *text)
 {
     addBeforeText(parserOf(context), [&] { xmlSAX2Comment(context, text); });
@@ -182,6 +191,7 @@ void addInstruction(void *context, const xmlChar *name, const xmlChar *text)
 void installHandlers(xmlParserCtxt *parser, DocumentKind kind)
 {
     xmlSAXHandler &handler = *parser->sax;
+    handler.startDocument = &startDocument;
     handler.startElementNs = &startElement;
     handler.endElementNs = &endElement;
     handler.characters = &addCharacters;
@@ -208,6 +218,7 @@ DocumentPointer parse(std::string_view bytes, const char *path, DocumentKind kin
     DocumentPointer document;
     if (parser != nullptr && !scope.isOutOfMemory()) {
         Reading reading = {&scope.problem, bytes, kind, content.longNames};
+        reading.reserve.emplace();
         parser->_private = &reading;
         scope.parser = parser.get();
         scope.bytes = bytes;
