@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "config/XmlLog.hpp"
+#include "config/XmlProperties.hpp"
 #include "platform/mavo/String.h"
 #include "platform/osapi/Pointer.h"
 #include "platform/osapi/Utility.h"
@@ -39,12 +40,6 @@ int writeCamelCase(const char *tag, std::array<char, kAutoNameSize> &name)
         isUpper = false;
     }
     return length;
-}
-
-const char *childText(const ZUVXMLUTILSObject *xmlObject, const char *tag)
-{
-    const ZUVXMLUTILSObject *const child = ZUVXMLUTILSObject_getFirstChildWithTag(xmlObject, tag);
-    return child != nullptr ? ZUVXMLUTILSObject_getText(child) : "";
 }
 
 } // namespace
@@ -231,18 +226,9 @@ int BRELXmlProperty_parseWithOverride(const ZUVXMLUTILSObject *xmlObject,
     if (BREL_XML_IS_NULL(xmlObject) || BREL_XML_IS_NULL(properties)) {
         return 0;
     }
-    const ZUVXMLUTILSObject *entry = ZUVXMLUTILSObject_getFirstChild(xmlObject);
-    if (entry != nullptr && std::strcmp(ZUVXMLUTILSObject_getTagName(entry), "value") == 0) {
-        entry = ZUVXMLUTILSObject_getFirstChild(entry);
-    }
-    for (; entry != nullptr; entry = ZUVXMLUTILSObject_getNextSibling(entry)) {
-        if (!ZUV_BrelServiceProperties_assert_w_override(properties, childText(entry, "name"),
-                                                         childText(entry, "value"), override)) {
-            BREL_XML_FAILURE(&ZUV_LOG_ADD_FAILURE_s, "property");
-            return 0;
-        }
-    }
-    return 1;
+    return brel::readProperties(xmlObject, [&](const char *name, const char *value) {
+        return ZUV_BrelServiceProperties_assert_w_override(properties, name, value, override);
+    });
 }
 
 int BRELXmlProperty_parse(const ZUVXMLUTILSObject *xmlObject, ZUV_BrelServiceProperties *properties)

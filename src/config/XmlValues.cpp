@@ -4,6 +4,7 @@
 
 #include "config/XmlCommon.h"
 #include "config/XmlLog.hpp"
+#include "config/XmlProperties.hpp"
 #include "platform/ddsxml/XmlHelper.h"
 #include "platform/mavo/String.h"
 
@@ -53,17 +54,10 @@ constexpr Symbol kSymbols[] = {
     {"THREAD_SETTINGS_CPU_RR_ROTATION", 1},
 };
 
-// The text of the child; empty if there is none.
-const char *childText(const ZUVXMLUTILSObject *xmlObject, const char *tag)
-{
-    const ZUVXMLUTILSObject *const child = ZUVXMLUTILSObject_getFirstChildWithTag(xmlObject, tag);
-    return child != nullptr ? ZUVXMLUTILSObject_getText(child) : "";
-}
-
 template <typename Number, typename Read>
 bool readMember(const ZUVXMLUTILSObject *xmlDuration, const char *tag, Read read, Number &member)
 {
-    const char *const text = childText(xmlDuration, tag);
+    const char *const text = brel::childText(xmlDuration, tag);
     DDS_XMLContext context = {};
     const auto value = *text != '\0' ? read(&context, text) : 0;
     if (context.error != 0) {

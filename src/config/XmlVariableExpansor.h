@@ -14,6 +14,7 @@ typedef struct BRELXmlVariableExpansor {
     ZUVXMLUTILSVariableExpansor _expansor;
     ZUVXMLUTILSVisitor _visitor;           /* of this record, with BRELXmlVariableExpansor_visit */
     ZUV_BrelServiceProperties _xmlUserEnv; /* what "configuration_variables" elements define */
+    struct BRELXmlVariableNames *_names;   /* owned: where in it a name stands; NULL for none */
 } BRELXmlVariableExpansor;
 
 /* A value comes from `userEnv`, which is borrowed, then from the environment of the process, then from what
@@ -25,6 +26,9 @@ int BRELXmlVariableExpansor_initialize(BRELXmlVariableExpansor *self,
 
 /* Release what the record owns; a record of zero bytes may be finalized too. `self` must not be NULL. */
 void BRELXmlVariableExpansor_finalize(BRELXmlVariableExpansor *self);
+
+/* Forget what documents have defined. `self` must not be NULL. */
+void BRELXmlVariableExpansor_forget(BRELXmlVariableExpansor *self);
 
 /* Replace the references to variables in one element, which may itself define some: a child
  * "configuration_variables" of the root defines what elements after it refer to. A later definition replaces an

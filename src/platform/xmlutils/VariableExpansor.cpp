@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 
 #include <libxml/tree.h>
 
@@ -35,7 +36,7 @@ bool mayHoldReference(std::string_view text)
 class Expansion
 {
 public:
-    Expansion(const ZUVXMLUTILSVariableExpansor &sources, const xmlNode *element, Problem &problem)
+    Expansion(ZUVXMLUTILSVariableExpansor &sources, const xmlNode *element, Problem &problem)
         : sources_(sources), element_(element), problem_(problem)
     {
     }
@@ -104,10 +105,18 @@ private:
             return fail("more than 10000 variables are to be replaced");
             static_assert(ZUVXMLUTILS_REPLACEMENT_COUNT_MAX == 10000);
         }
+        // A reference in the document has its own bytes there; one in a value takes time that no byte stands for.
+        constexpr std::size_t kReferenceInValue = 64;
+        if (active_ != nullptr && !take(kReferenceInValue)) {
+            return false;
+        }
         const char *const value = valueOf(name.c_str());
         if (value == nullptr) {
             warn(name);
             return put(reference);
+        }
+        if (!take(std::strlen(value))) {
+            return false;
         }
         if (!mayHoldReference(value)) {
             return put(value);
@@ -124,6 +133,17 @@ private:
         active_ = active.outer;
         --depth_;
         return isExpanded;
+    }
+
+    // Count bytes of values. False with a problem when it is too much.
+    bool take(std::size_t size)
+    {
+        sources_.valueSize += size;
+        if (sources_.valueSize > ZUVXMLUTILS_VALUE_SIZE_MAX) {
+            return fail("the values of all variables come to more than 33554432 bytes");
+            static_assert(ZUVXMLUTILS_VALUE_SIZE_MAX == 33554432);
+        }
+        return true;
     }
 
     bool put(std::string_view text)
@@ -157,7 +177,7 @@ private:
         }
     }
 
-    const ZUVXMLUTILSVariableExpansor &sources_;
+    ZUVXMLUTILSVariableExpansor &sources_;
     const xmlNode *element_;
     Problem &problem_;
     HeapString *result_ = nullptr;
@@ -169,7 +189,7 @@ private:
 class ElementExpansion
 {
 public:
-    ElementExpansion(const ZUVXMLUTILSVariableExpansor &sources, xmlNode *element, Problem &problem)
+    ElementExpansion(ZUVXMLUTILSVariableExpansor &sources, xmlNode *element, Problem &problem)
         : sources_(sources), element_(element), problem_(problem)
     {
     }
@@ -238,13 +258,13 @@ private:
         return hadMemory;
     }
 
-    const ZUVXMLUTILSVariableExpansor &sources_;
+    ZUVXMLUTILSVariableExpansor &sources_;
     xmlNode *element_;
     Problem &problem_;
     bool isChanged_ = false;
 };
 
-bool expandElement(const ZUVXMLUTILSVariableExpansor &sources, xmlNode *element, Problem &problem)
+bool expandElement(ZUVXMLUTILSVariableExpansor &sources, xmlNode *element, Problem &problem)
 {
     if (ZUV_OSAPI_FAULT("xmlutils.expand")) {
         problem.set(element, Problem::kOutOfMemory);
@@ -272,7 +292,8 @@ int ZUVXMLUTILSVariableExpansor_initialize(ZUVXMLUTILSVariableExpansor *self,
              dictionary,
              getDictionaryValue,
              defaults,
-             getDefaultValue};
+             getDefaultValue,
+             0};
     return 1;
 }
 
@@ -281,7 +302,7 @@ int ZUVXMLUTILSVariableExpansor_visit(void *visitorData, ZUVXMLUTILSObject *obje
     if (ZUV_XML_IS_NULL(VARIABLE, visitorData) || ZUV_XML_IS_NULL(VARIABLE, object)) {
         return 0;
     }
-    const auto &self = *static_cast<const ZUVXMLUTILSVariableExpansor *>(visitorData);
+    auto &self = *static_cast<ZUVXMLUTILSVariableExpansor *>(visitorData);
     xmlNode *const element = toNode(object);
     if (!documentOf(element)->mayHoldVariables) {
         return 1;

@@ -7,10 +7,13 @@
  * stays as it stands, with a note at warning level, so that a later visit may replace it.
  *
  * A failure is a variable that leads back to itself, values that lead to each other beyond
- * ZUVXMLUTILS_VARIABLE_DEPTH_MAX, more replacements in one text than ZUVXMLUTILS_REPLACEMENT_COUNT_MAX, or a
- * result beyond the limits of a document. */
+ * ZUVXMLUTILS_VARIABLE_DEPTH_MAX, more replacements in one text than ZUVXMLUTILS_REPLACEMENT_COUNT_MAX, a
+ * result beyond the limits of a document, or, over all texts of a walk, values that come to more than
+ * ZUVXMLUTILS_VALUE_SIZE_MAX: a document takes no more than a multiple of its own size, and no more time. */
 #ifndef ZUV_PLATFORM_XMLUTILS_VARIABLE_EXPANSOR_H
 #define ZUV_PLATFORM_XMLUTILS_VARIABLE_EXPANSOR_H
+
+#include <stddef.h>
 
 #include "platform/xmlutils/Visitor.h"
 
@@ -20,6 +23,7 @@ extern "C" {
 
 #define ZUVXMLUTILS_REPLACEMENT_COUNT_MAX 10000
 #define ZUVXMLUTILS_VARIABLE_DEPTH_MAX 64
+#define ZUVXMLUTILS_VALUE_SIZE_MAX (32 * 1024 * 1024)
 
 /* The value of a variable in a source, or NULL if the source does not know it. The text is used before the
  * source is asked again. */
@@ -32,6 +36,7 @@ typedef struct ZUVXMLUTILSVariableExpansor {
     ZUVXMLUTILSVariableExpansorValueFcn getDictionaryValue;
     const void *defaults;
     ZUVXMLUTILSVariableExpansorValueFcn getDefaultValue;
+    size_t valueSize; /* bytes of values that were put in; whoever starts a walk sets it to 0 */
 } ZUVXMLUTILSVariableExpansor;
 
 /* Both sources are borrowed and asked at each visit, so that they may change between two. A NULL function stands

@@ -183,6 +183,33 @@ TEST_F(XmlVariables, failWhenTheyGrowBeyondTheLimits)
     EXPECT_EQ(expanded("<r>$(V40)</r>"), "<r>$(V100)</r>");
 }
 
+TEST_F(XmlVariables, failWhenTheirValuesAreMuchInAll)
+{
+    dictionary = {{"M", std::string(1000000, 'm')}, {"E", ""}};
+    for (int index = 0; index < 100; ++index) {
+        dictionary["E"] += "$(F)";
+    }
+    dictionary["F"] = "";
+    std::string texts;
+    for (int index = 0; index < 33; ++index) {
+        texts += "<t>$(M)</t>";
+    }
+    EXPECT_NE(expanded("<r>" + texts + "</r>"), "refused");
+    expansor.valueSize = 0;
+    EXPECT_EQ(expanded("<r>" + texts + "<u>$(M)</u></r>"), "refused");
+    EXPECT_EQ(onlyLine(), "!accept text, line 1: element <u>: the values of all variables come to "
+                          "more than 33554432 bytes");
+    // Also when they are empty, since each of them takes its time.
+    std::string empty;
+    for (int index = 0; index < 6000; ++index) {
+        empty += "<t>$(E)</t>";
+    }
+    expansor.valueSize = 0;
+    EXPECT_EQ(expanded("<r>" + empty + "</r>"), "refused");
+    EXPECT_EQ(onlyLine(), "!accept text, line 1: element <t>: the values of all variables come to "
+                          "more than 33554432 bytes");
+}
+
 TEST_F(XmlVariables, needNoSources)
 {
     ASSERT_EQ(ZUVXMLUTILSVariableExpansor_initialize(&expansor, nullptr, nullptr, nullptr, nullptr),
