@@ -176,10 +176,25 @@ brel::TreePointer preprocess(BRELCfgFileParser &self, ZUVXMLUTILSObject *documen
     return result;
 }
 
+// The user data of the tree's root lead to the parser, which leaves no room for a record of an entity.
+bool isConfiguration(const ZUVXMLUTILSObject *document)
+{
+    if (brel::hasTag(document, brel::kDocumentTag)) {
+        return true;
+    }
+    const char *const path = ZUVXMLUTILSObject_getFilePath(document);
+    BREL_XML_FAILURE(&ZUVXMLUTILS_LOG_DOCUMENT_FAILURE_sdss, path != nullptr ? path : "text",
+                     BREL_XML_PLACE(document), "the root of a configuration is <dds>");
+    return false;
+}
+
 // The document becomes the root, or its content joins the root.
 bool join(BRELCfgFileParser &self, ZUVXMLUTILSObject *document)
 {
     if (self._xmlRoot == nullptr) {
+        if (!isConfiguration(document)) {
+            return false;
+        }
         self._xmlRoot = document;
         return true;
     }
@@ -284,6 +299,7 @@ int BRELCfgFileParser_loadString(BRELCfgFileParser *self, const char *const *xml
     if (!processParsed(*self, document)) {
         if (before == nullptr && self->_xmlRoot != nullptr) {
             BRELCfgFileParser_deleteEntity(self, self->_xmlRoot);
+            BRELXmlVariableExpansor_forget(&self->_variableExpansor);
         }
         return 0;
     }

@@ -70,10 +70,12 @@ bool validateAs(const BRELCfgFileParser &self, Object *xmlObject, const char *ro
     }
     const int isValid =
         ZUVXMLUTILSValidator_validate(self._xmlInfrastructure._xsdValidator, xmlObject);
-    if (!isValid) {
+    const int isRestored = ZUVXMLUTILSObject_setTagName(xmlObject, tag.data());
+    if (!isValid || !isRestored) {
         BREL_XML_FAILURE(&ZUVXMLUTILS_LOG_VALIDATOR_VALIDATE_ENTITY_FAILURE_s, tag.data());
+        return false;
     }
-    return ZUVXMLUTILSObject_setTagName(xmlObject, tag.data()) && isValid;
+    return true;
 }
 
 bool validateUpdate(const BRELCfgFileParser &self, Object *copy)

@@ -30,6 +30,15 @@ bool comesFromDefaultFile(const Object *xmlObject)
             std::strstr(path, BREL_XML_SUPPORT_DEFAULT_CONFIGURATION_FILE_NAME) != nullptr);
 }
 
+// A line tells enough of a text; of several files the reader has to know which.
+void reportFileOf(const Object *xmlObject, const char *reason)
+{
+    if (const char *const path = ZUVXMLUTILSObject_getFilePath(xmlObject)) {
+        BREL_XML_FAILURE(&ZUVXMLUTILS_LOG_DOCUMENT_FAILURE_sdss, path, BREL_XML_PLACE(xmlObject),
+                         reason);
+    }
+}
+
 // The first pass. All elements before the one that is visited have names that differ among siblings, so that the
 // first sibling of a name is the only one.
 class NamePass
@@ -42,6 +51,7 @@ public:
 
     bool run()
     {
+        parser_._variableExpansor._expansor.valueSize = 0;
         if (!hasVariables_ && !defineVariables()) {
             return false;
         }
@@ -117,13 +127,31 @@ private:
         }
     }
 
+    // The earlier sibling of that name. An empty name is a name like others, if the element says so.
+    static const Object *earlierOf(const Object *xmlObject, const char *name)
+    {
+        if (*name != '\0') {
+            return ZUVXMLUTILSObject_lookUpPreviousSibling(xmlObject, name);
+        }
+        const Object *sibling = ZUVXMLUTILSObject_getPreviousSibling(xmlObject);
+        const auto hasEmptyName = [](const Object *x) {
+            const char *const value = ZUVXMLUTILSObject_getAttribute(x, "name");
+            return value != nullptr && *value == '\0';
+        };
+        while (sibling != nullptr && !hasEmptyName(sibling)) {
+            sibling = ZUVXMLUTILSObject_getPreviousSibling(sibling);
+        }
+        return sibling;
+    }
+
     bool isOnlyOne(const Object *xmlObject) const
     {
         const char *const name = ZUVXMLUTILSObject_getName(xmlObject);
-        const Object *const earlier = ZUVXMLUTILSObject_lookUpPreviousSibling(xmlObject, name);
+        const Object *const earlier = earlierOf(xmlObject, name);
         if (earlier == nullptr || earlier == replaced_) {
             return true;
         }
+        reportFileOf(xmlObject, "another element has its name");
         BREL_XML_FAILURE(&ZUVXMLUTILS_LOG_PARSER_ENTITY_ALREADY_EXISTS_ds,
                          ZUVXMLUTILSObject_getLine(earlier), name);
         return false;
@@ -172,8 +200,11 @@ bool initializeDocument(BRELCfgFileParser &self, Object *root)
         return false;
     }
     announceVersion(self, root);
-    // During a merge the root's user data is the document that has just joined it.
-    auto *const merged = static_cast<Object *>(ZUVXMLUTILSObject_getUserData(root));
+    // During a merge the root's user data is the document that has just joined it. An element "dds" further down,
+    // which no schema allows, keeps the parser there from one walk to the next.
+    auto *const merged = root == self._xmlRoot
+                             ? static_cast<Object *>(ZUVXMLUTILSObject_getUserData(root))
+                             : nullptr;
     Object *const document = merged != nullptr ? merged : root;
     ZUVXMLUTILSObject_setUserData(document, &self);
     if (!BRELCfgFileParser_generateNativeExtensionObject(&self, document, nullptr)) {
@@ -188,6 +219,7 @@ bool makeRecord(BRELCfgFileParser &self, const BRELXmlObjectExtension &extension
 {
     void *const record = extension.newObject(&self, xmlObject);
     if (record == nullptr) {
+        reportFileOf(xmlObject, "what it says cannot be taken over");
         BREL_XML_FAILURE(&ZUV_LOG_ANY_FAILURE_s, "extension object");
         return false;
     }
@@ -242,6 +274,7 @@ int BRELCfgFileParser_initializeExtensionsI(BRELCfgFileParser *self, ZUVXMLUTILS
     }
     if (extension != nullptr && extension->setUpObject != nullptr &&
         !extension->setUpObject(self, ZUVXMLUTILSObject_getUserData(xmlObject))) {
+        reportFileOf(xmlObject, "what it says does not fit what stands around it");
         BREL_XML_FAILURE(&ZUVXML_LOG_PARSER_PARSE_FAILURE_dss, BREL_XML_PLACE(xmlObject),
                          "set up extension object");
         return 0;
