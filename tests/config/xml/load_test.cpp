@@ -162,6 +162,10 @@ const std::vector<Case> kFailures_ = {
      false,
      document(service("S", "\n<domain_route name='x'/>\n<session name='x'/>")),
      {"!add element: line 2 already has one with name 'x'", "!parser extensions", "!process DOM"}},
+    {"twoEmptyNames",
+     false,
+     document(service("S", "\n<domain_route name=''/>\n<property/>\n<session name=''/>")),
+     {"!add element: line 2 already has one with name ''", "!parser extensions", "!process DOM"}},
     {"twoServices",
      true,
      document("\n" + service("S") + "\n" + service("S")),
@@ -201,6 +205,96 @@ TEST_F(XmlLoad, aDocumentWithAnotherRootIsNotMerged)
     EXPECT_EQ(saved(parser), before);
 }
 
+TEST_F(XmlLoad, aDocumentWithAnotherRootIsNoConfiguration)
+{
+    const Folder folder;
+    for (const Property *const property : {&checked, &unchecked}) {
+        makeParser(*property);
+        log.clear();
+        // Also one whose tag has records.
+        EXPECT_EQ(load(parser, "\n<brel_service name='S'/>"), 0);
+        EXPECT_EQ(log.texts(),
+                  (std::vector<std::string>{
+                      "!accept text, line 2: element <brel_service>: the root of a configuration "
+                      "is <dds>",
+                      "!process DOM"}));
+        EXPECT_EQ(parser->_xmlRoot, nullptr);
+        log.clear();
+        const std::string file = folder.write("a.xml", "<other/>");
+        EXPECT_EQ(BRELCfgFileParser_loadUrlGroup(parser.get(), file.c_str()), 0);
+        EXPECT_EQ(log.texts(), (std::vector<std::string>{
+                                   "!accept " + file +
+                                       ", line 1: element <other>: the root of a configuration is "
+                                       "<dds>",
+                                   "!process DOM"}));
+        EXPECT_EQ(parser->_xmlRoot, nullptr);
+        log.clear();
+        EXPECT_EQ(load(parser, kDocument), 1);
+        EXPECT_TRUE(log.isEmpty());
+    }
+}
+
+TEST_F(XmlLoad, aDocumentWithinADocumentDoesNoHarm)
+{
+    makeParser(unchecked);
+    ASSERT_EQ(load(parser, document("<dds name='inner'>" + service("T") + "</dds>" +
+                                    service("S", "<dds/>"))),
+              1);
+    for (int count = 0; count < 3; ++count) {
+        ASSERT_EQ(load(parser, document("<dds/>")), 1);
+        EXPECT_NE(BRELCfgFileParser_loadService(parser.get(), "S"), nullptr);
+    }
+    EXPECT_EQ(BRELXmlObject_getXmlSupport(at(parser, "S")), parser.get());
+    EXPECT_EQ(ZUVXMLUTILSObject_getUserData(at(parser, "inner")), parser.get());
+    EXPECT_EQ(ZUVXMLUTILSObject_getUserData(at(parser, "inner::T")), nullptr);
+    EXPECT_TRUE(log.isEmpty());
+}
+
+TEST_F(XmlLoad, whatIsWrongInAFileIsReportedWithTheFile)
+{
+    struct FileCase {
+        std::string content;
+        std::vector<std::string> lines;
+    };
+    const Folder folder;
+    const std::string file = folder / "a.xml";
+    const FileCase cases[] = {
+        {"\n<plugin_library name='x'/>\n<adapter_library name='x'/>",
+         {"!accept " + file + ", line 3: element <adapter_library>: another element has its name",
+          "!add element: line 2 already has one with name 'x'", "!parser extensions",
+          "!process DOM"}},
+        {"<plugin_library name='L'>\n<adapter_plugin name='A' enabled='x'/></plugin_library>",
+         {"!parse line 2: unexpected attribute value 'x'",
+          "!parse line 2: element <adapter_plugin>", "!initialize BRELCfgFileElement object",
+          "!accept " + file +
+              ", line 2: element <adapter_plugin>: what it says cannot be taken over",
+          "!extension object", "!initialize XML extensions for object = A",
+          "!initialize XML extensions for object = L", "!parser extensions", "!process DOM"}},
+    };
+    for (const auto &[content, lines] : cases) {
+        makeParser(unchecked);
+        log.clear();
+        folder.write("a.xml", document(content));
+        EXPECT_EQ(BRELCfgFileParser_loadUrlGroup(parser.get(), file.c_str()), 0);
+        EXPECT_EQ(log.texts(), lines);
+    }
+    const auto refuse = [](BRELCfgFileParser *, void *) { return 0; };
+    makeParser(unchecked);
+    log.clear();
+    BRELCfgFileParser_lookUpExtension(parser.get(), "session")->setUpObject = refuse;
+    folder.write("a.xml", document(service("S", "\n<session/>")));
+    ASSERT_EQ(BRELCfgFileParser_loadUrlGroup(parser.get(), file.c_str()), 1);
+    EXPECT_EQ(BRELCfgFileParser_loadService(parser.get(), "S"), nullptr);
+    EXPECT_EQ(log.texts(),
+              (std::vector<std::string>{
+                  "!accept " + file +
+                      ", line 2: element <session>: what it says does not fit what stands around "
+                      "it",
+                  "!parse line 2: element <session>: set up extension object",
+                  "!initialize XML extensions for object = Session1",
+                  "!initialize parser extensions, service name = S"}));
+}
+
 TEST_F(XmlLoad, whatFailsLaterStaysMergedAndTheRootKeepsItsParser)
 {
     makeParser(unchecked);
@@ -214,30 +308,78 @@ TEST_F(XmlLoad, whatFailsLaterStaysMergedAndTheRootKeepsItsParser)
     EXPECT_EQ(log.texts()[0], "!add element: line 1 already has one with name 'T'");
 }
 
-TEST_F(XmlLoad, qosThatCannotBeGeneratedFailsTheLoad)
+TEST_F(XmlLoad, aStepThatFailsIsReported)
 {
     struct Step {
         const char *faultPoint;
         std::uint32_t pass;
-        const char *text;
+        std::vector<std::string> lines;
     };
     const Step steps[] = {
-        {"xmlutils.transform", 1, "!transform to well-formed DDS QoS document"},
-        {"xmlutils.to_string", 1, "!convert QoS root to string"},
-        {"ddsxml", 1, "!parse QoS configuration"},
+        {"xmlutils.parse", 1, {"!accept text, line 0: out of memory", "!parse XML string"}},
+        {"xmlutils.merge",
+         1,
+         {"!accept text, line 1: element <dds>: out of memory", "!merge root", "!process DOM"}},
+        {"xmlutils.expand",
+         1,
+         {"!accept text, line 1: element <dds>: out of memory", "!parse line 1: element <dds>",
+          "!parse line 1: element <dds>", "!parser extensions", "!process DOM"}},
+        {"xmlutils.validate",
+         1,
+         {"!accept text, line 1: element <dds>: out of memory", "!validate element <dds>",
+          "!parser extensions", "!process DOM"}},
+        {"xmlutils.transform",
+         1,
+         {"!accept text, line 1: element <dds>: out of memory",
+          "!transform to well-formed DDS QoS document", "!generate QoS", "!parser extensions",
+          "!process DOM"}},
+        {"xmlutils.to_string",
+         1,
+         {"!write element <dds>: out of memory", "!convert QoS root to string", "!generate QoS",
+          "!parser extensions", "!process DOM"}},
+        {"ddsxml",
+         1,
+         {"!parse profiles: out of memory", "!parse QoS configuration", "!generate QoS",
+          "!parser extensions", "!process DOM"}},
+        {"xmlutils.full_name",
+         1,
+         {"!get fully qualified name of element", "!initialize BRELCfgFileElement object",
+          "!extension object", "!initialize XML extensions for object = L", "!parser extensions",
+          "!process DOM"}},
     };
     for (const Step &step : steps) {
         makeParser(checked);
+        ASSERT_EQ(load(parser, "<dds/>"), 1);
         log.clear();
         ZUVOsapiFault_arm(step.faultPoint, step.pass, 0);
-        EXPECT_EQ(load(parser, document("<qos_library name='Q'/>")), 0);
+        EXPECT_EQ(load(parser, document("<configuration_variables/><qos_library name='Q$(ZUV_V)'/>"
+                                        "\n<plugin_library name='L'><adapter_plugin name='A'>"
+                                        "<dll/><create_function/></adapter_plugin>"
+                                        "</plugin_library>")),
+                  0)
+            << step.faultPoint;
         ZUVOsapiFault_disarm();
-        EXPECT_TRUE(log.holds({{&ZUV_LOG_ANY_FAILURE_s, step.text},
-                               {&ZUV_LOG_ANY_FAILURE_s, "!generate QoS"},
-                               {&ZUV_LOG_ANY_FAILURE_s, "!parser extensions"},
-                               {&ZUV_LOG_ANY_FAILURE_s, "!process DOM"}}))
-            << testing::PrintToString(log.texts());
+        EXPECT_EQ(log.texts(), step.lines) << step.faultPoint;
     }
+}
+
+TEST_F(XmlLoad, whatWasRefusedIsNotInTheWayOfWhatIsRight)
+{
+    makeParser(unchecked);
+    const std::string definitions =
+        "<configuration_variables><element><name>V</name><value>v</value></element>"
+        "</configuration_variables><types><struct name='T'/></types>"
+        "<qos_library name='Q'><qos_profile name='P'/></qos_library>";
+    for (int count = 0; count < 3; ++count) {
+        EXPECT_EQ(load(parser, document(definitions + "<plugin_library name='L'><adapter_plugin "
+                                                      "enabled='x'/></plugin_library>")),
+                  0);
+        EXPECT_EQ(parser->_variableExpansor._xmlUserEnv.count, 0);
+    }
+    log.clear();
+    EXPECT_EQ(load(parser, document(definitions + "<plugin_library name='L$(V)'/>")), 1);
+    EXPECT_NE(at(parser, "Lv"), nullptr);
+    EXPECT_TRUE(log.isEmpty()) << testing::PrintToString(log.texts());
 }
 
 TEST_F(XmlLoad, librariesAndTypesReachTheTreeOfProfiles)

@@ -9,6 +9,7 @@ namespace
 {
 
 using XmlParser = ConfigTest;
+using Lines = std::vector<std::string>;
 
 void *newNothing(BRELCfgFileParser *, ZUVXMLUTILSObject *)
 {
@@ -30,56 +31,74 @@ TEST_F(XmlParser, withoutSourcesThereIsNoConfiguration)
     EXPECT_TRUE(log.isExactly({{&ZUV_LOG_ANY_FAILURE_s, "!no configurations found"}}));
 }
 
-// The step that fails, and the last two lines of the chain: its own, and that of the whole.
+// The step that fails, and the lines from the cause up to the whole.
 struct Step {
     const char *faultPoint;
     std::uint32_t pass;
-    const ZUVLogMessage *message;
-    const char *text;
+    Lines lines;
 };
 
 TEST_F(XmlParser, eachStepOfItsStartReportsItsFailure)
 {
     const Step steps[] = {
-        {"ddsxml", 1, &ZUV_LOG_CREATION_FAILURE_s, "!create DDS_XMLParser"},
-        {"semaphore.new", 1, &ZUV_LOG_CREATION_FAILURE_s, "!create XML DOM Mutex"},
-        {"ddsxml.distributed_logger", 1, &ZUV_LOG_CREATION_FAILURE_s,
-         "!create XML class extension <distributed_logger>"},
-        {"ddsxml", 2, &ZUV_LOG_ANY_FAILURE_s, "!register XML extension class"},
-        {"xmlutils.validator", 1, &ZUV_LOG_INIT_FAILURE_s,
-         "!initialize XML support infrastructure"},
-        {"ddsxml", 3, &ZUV_LOG_ANY_FAILURE_s, "!load builtin Qos Profiles"},
+        {"ddsxml",
+         1,
+         {"!create parser of profiles: out of memory", "!create DDS_XMLParser",
+          "!initialize BRELCfgFileParser object"}},
+        {"semaphore.new", 1, {"!create XML DOM Mutex", "!initialize BRELCfgFileParser object"}},
+        {"ddsxml.distributed_logger",
+         1,
+         {"!allocate object of 32 bytes: out of memory",
+          "!create XML class extension <distributed_logger>",
+          "!initialize BRELCfgFileParser object"}},
+        {"ddsxml",
+         2,
+         {"!register XML extension class: out of memory", "!register XML extension class",
+          "!initialize BRELCfgFileParser object"}},
+        {"xmlutils.validator",
+         1,
+         {"!accept schema, line 0: out of memory", "!create xsd ZUVXMLUTILSValidator",
+          "!initialize XML support infrastructure", "!initialize BRELCfgFileParser object"}},
+        {"xmlutils.validation_roots",
+         1,
+         {"!accept schema, line 0: out of memory", "!add validation roots",
+          "!initialize XML support infrastructure", "!initialize BRELCfgFileParser object"}},
+        {"xmlutils.parse",
+         2,
+         {"!accept stylesheet, line 0: out of memory",
+          "!create to QosLibrary ZUVXMLUTILSTransfomer", "!initialize XML support infrastructure",
+          "!initialize BRELCfgFileParser object"}},
+        {"ddsxml",
+         3,
+         {"!parse profiles: out of memory", "!load builtin Qos Profiles",
+          "!initialize BRELCfgFileParser object"}},
     };
     for (const Step &step : steps) {
         log.clear();
         ZUVOsapiFault_arm(step.faultPoint, step.pass, 0);
-        EXPECT_EQ(BRELCfgFileParser_new(&checked), nullptr) << step.text;
+        EXPECT_EQ(BRELCfgFileParser_new(&checked), nullptr) << step.faultPoint;
         ZUVOsapiFault_disarm();
-        const auto lines = log.lines();
-        ASSERT_GE(lines.size(), 2U) << step.text;
-        EXPECT_EQ(lines[lines.size() - 2].message, step.message);
-        EXPECT_EQ(lines[lines.size() - 2].text, step.text);
-        EXPECT_EQ(lines.back().text, "!initialize BRELCfgFileParser object");
+        EXPECT_EQ(log.texts(), step.lines);
     }
 }
 
-TEST_F(XmlParser, eachStepOfItsInfrastructureReportsItsFailure)
+TEST_F(XmlParser, anExpansorThatCannotBeMadeIsReported)
 {
-    const Step steps[] = {
-        {"xmlutils.validator", 1, &ZUV_LOG_CREATION_FAILURE_s, "!create xsd ZUVXMLUTILSValidator"},
-        {"xmlutils.validation_roots", 1, &ZUV_LOG_ADD_FAILURE_s, "!add validation roots"},
-        {"xmlutils.parse", 2, &ZUV_LOG_CREATION_FAILURE_s,
-         "!create to QosLibrary ZUVXMLUTILSTransfomer"},
-    };
-    for (const Step &step : steps) {
+    // Passes through the heap: those before make the extensions.
+    bool isMet = false;
+    for (std::uint32_t pass = 40; pass < 100 && !isMet; ++pass) {
         log.clear();
-        ZUVOsapiFault_arm(step.faultPoint, step.pass, 0);
-        EXPECT_EQ(BRELCfgFileParser_new(&checked), nullptr) << step.text;
+        BRELCfgFileParser self;
+        ZUVOsapiFault_arm(ZUV_OSAPI_FAULT_POINT_HEAP, pass, 0);
+        ASSERT_EQ(BRELCfgFileParser_initialize(&self, &checked, 3, "."), 0);
         ZUVOsapiFault_disarm();
-        EXPECT_TRUE(log.holds({{step.message, step.text},
-                               {&ZUV_LOG_INIT_FAILURE_s, "!initialize XML support infrastructure"},
-                               {&ZUV_LOG_INIT_FAILURE_s, "!initialize BRELCfgFileParser object"}}));
+        const Lines lines = log.texts();
+        isMet = lines.size() == 2 && lines[1] == "!initialize variable expansor visitor";
+        if (isMet) {
+            EXPECT_EQ(log.lines()[0].message, &ZUV_OSAPI_MEMORY_LOG_OUT_OF_HEAP_STRUCT_d);
+        }
     }
+    EXPECT_TRUE(isMet);
 }
 
 TEST_F(XmlParser, builtInProfilesThatCannotBeLoadedLeaveTheRestStanding)
@@ -95,21 +114,29 @@ TEST_F(XmlParser, builtInProfilesThatCannotBeLoadedLeaveTheRestStanding)
 
 TEST_F(XmlParser, aSchemaThatCannotBeRegisteredIsNamed)
 {
-    const char *const names[] = {
-        "definitions/zuv_dds_topic_types_definitions.xsd",
-        "definitions/zuv_dds_profiles_definitions.xsd", // the next one's name
-        "definitions/zuv_dds_profiles_definitions.xsd",
-        "definitions/zuv_dist_logger_definitions.xsd",
-        "definitions/zuv_service_common_definitions.xsd",
+    struct Schema {
+        std::string file;
+        std::string reported;
     };
-    for (std::uint32_t index = 0; index < std::size(names); ++index) {
+    const std::string profiles = "definitions/zuv_dds_profiles_definitions.xsd";
+    const Schema schemas[] = {
+        {"definitions/zuv_dds_topic_types_definitions.xsd",
+         "definitions/zuv_dds_topic_types_definitions.xsd"},
+        {"definitions/zuv_dds_qos_profiles_definitions.xsd", profiles}, // the next one's name
+        {profiles, profiles},
+        {"definitions/zuv_dist_logger_definitions.xsd",
+         "definitions/zuv_dist_logger_definitions.xsd"},
+        {"definitions/zuv_service_common_definitions.xsd",
+         "definitions/zuv_service_common_definitions.xsd"},
+    };
+    for (std::uint32_t index = 0; index < std::size(schemas); ++index) {
         log.clear();
         ZUVOsapiFault_arm("xmlutils.resource", index + 1, 0);
         EXPECT_EQ(BRELCfgFileParser_initializeGlobals(), 0);
         ZUVOsapiFault_disarm();
         EXPECT_EQ(log.lines().back().message, &ZUVXMLUTILS_LOG_REGISTER_DEFINITION_FAILURE_s);
-        EXPECT_EQ(log.lines().back().text,
-                  std::string("!register schema file '") + names[index] + "'");
+        EXPECT_EQ(log.texts(), (Lines{"!register text '" + schemas[index].file + "': out of memory",
+                                      "!register schema file '" + schemas[index].reported + "'"}));
         BRELCfgFileParser_finalizeGlobals();
         ASSERT_EQ(BRELCfgFileParser_initializeGlobals(), 1);
     }

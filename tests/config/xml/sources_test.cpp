@@ -7,6 +7,8 @@ namespace zuv_test
 namespace
 {
 
+using Lines = std::vector<std::string>;
+
 // Runs in a folder of its own, with the variables of the middleware unset.
 class XmlSources : public ConfigTest
 {
@@ -106,52 +108,72 @@ TEST_F(XmlSources, thatAreWrongFailTheParser)
 {
     struct Case {
         const char *file;
-        std::vector<LogLink> lines;
+        std::string name; // by which the file is read
+        Lines lines;      // behind those of the reader
     };
     const std::string home = folder / "home/resource/xml/KOLM_QOS_PROFILES.xml";
     const std::string fallback = folder / "xml/ZUV_BREL_SERVICE.xml";
-    const std::string homeLine = "!load file '" + home + "'";
-    const std::string defaultLine = "!parse file '" + fallback + "'";
-    const std::string listLine = "!load group url=" + folder / "list.xml";
+    const std::string list = folder / "list.xml";
+    const char *const user = "USER_QOS_PROFILES.xml";
+    const char *const mine = "USER_BREL_SERVICE.xml";
     const Case cases[] = {
         {"home/resource/xml/KOLM_QOS_PROFILES.xml",
-         {{&ZUVXMLUTILS_LOG_PARSER_LOAD_FILE_s, homeLine},
-          {&ZUVXMLUTILS_LOG_PARSER_LOAD_FILE_s, homeLine},
-          {&ZUV_LOG_ANY_FAILURE_s, "!load standard QoS files"}}},
+         home,
+         {"!load file '" + home + "'", "!load standard QoS files"}},
         {"list.xml",
-         {{&ZUV_LOG_ANY_FAILURE_s, "!parse URL group"},
-          {&ZUV_LOG_ANY_FAILURE_s, listLine},
-          {&ZUV_LOG_ANY_FAILURE_s, "!load standard QoS files"}}},
+         list,
+         {"!parse URL group", "!load group url=" + list, "!load standard QoS files"}},
         {"bin/USER_QOS_PROFILES.xml",
-         {{&ZUVXMLUTILS_LOG_PARSER_LOAD_FILE_s, "!load file 'USER_QOS_PROFILES.xml'"},
-          {&ZUVXMLUTILS_LOG_PARSER_LOAD_FILE_s, "!load file 'USER_QOS_PROFILES.xml'"},
-          {&ZUV_LOG_ANY_FAILURE_s, "!load standard QoS files"}}},
+         user,
+         {"!load file 'USER_QOS_PROFILES.xml'", "!load standard QoS files"}},
         {"xml/ZUV_BREL_SERVICE.xml",
-         {{&ZUVXML_LOG_PARSER_PARSE_FILE_FAILURE_s, defaultLine},
-          {&ZUV_LOG_ANY_FAILURE_s, "!load default config files"}}},
+         fallback,
+         {"!parse file '" + fallback + "'", "!load default config files"}},
         {"bin/USER_BREL_SERVICE.xml",
-         {{&ZUVXMLUTILS_LOG_PARSER_LOAD_FILE_s, "!load file 'USER_BREL_SERVICE.xml'"},
-          {&ZUVXMLUTILS_LOG_PARSER_LOAD_FILE_s, "!load file 'USER_BREL_SERVICE.xml'"},
-          {&ZUV_LOG_ANY_FAILURE_s, "!load default config files"}}},
+         mine,
+         {"!load file 'USER_BREL_SERVICE.xml'", "!load default config files"}},
     };
     setenv("KOLMHOME", (folder / "home").c_str(), 1);
-    setenv("KOLM_QOS_PROFILES", (folder / "list.xml").c_str(), 1);
+    setenv("KOLM_QOS_PROFILES", list.c_str(), 1);
     const std::string executable = folder / "a/b/c";
+    write("list.xml", "");
     for (const Case &one : cases) {
-        write("list.xml", "");
-        write(one.file, "<not closed>");
-        log.clear();
-        EXPECT_EQ(BRELCfgFileParser_newWithParams(&every, 3, executable.c_str()), nullptr);
-        const auto lines = log.lines();
-        ASSERT_GT(lines.size(), one.lines.size()) << one.file;
-        for (std::size_t index = 0; index < one.lines.size(); ++index) {
-            const LogLine &line = lines[lines.size() - 1 - one.lines.size() + index];
-            EXPECT_EQ(line.message, one.lines[index].message) << line.text;
-            EXPECT_EQ(line.text, one.lines[index].text);
+        // Not well-formed, and not valid.
+        const bool isList = one.name == list;
+        for (const bool isRead : {false, true}) {
+            write(one.file, isRead ? "\n<session/>" : "<open>");
+            Lines lines =
+                isRead ? Lines{"!accept " + one.name +
+                                   ", line 2: element <session>: This "
+                                   "element is not expected. Expected is one of ( "
+                                   "configuration_variables, types, qos_library, "
+                                   "transformation_library, adapter_library, plugin_library, "
+                                   "brel_service, domain_library, "
+                                   "domain_participant_library ).",
+                               "!validate element <dds>", "!parser extensions", "!process DOM"}
+                       : Lines{"!accept " + one.name +
+                                   ", line 1: element <open>: Opening "
+                                   "and ending tag mismatch: open line 1 and dds",
+                               "!load file '" + one.name + "'"};
+            lines.insert(lines.end(), one.lines.begin() + (isRead && isList), one.lines.end());
+            lines.push_back("!initialize BRELCfgFileParser object");
+            log.clear();
+            EXPECT_EQ(BRELCfgFileParser_newWithParams(&every, 3, executable.c_str()), nullptr);
+            EXPECT_EQ(log.texts(), lines);
         }
-        EXPECT_EQ(lines.back().text, "!initialize BRELCfgFileParser object");
-        std::filesystem::remove(folder / one.file);
+        write("list.xml", "");
+        std::filesystem::remove(isList ? folder / "none" : folder / one.file);
     }
+}
+
+TEST_F(XmlSources, aPathThatCannotBeNormalizedIsOnlyReported)
+{
+    write("bin/USER_QOS_PROFILES.xml", "<qos_library name='user'/>");
+    ZUVOsapiFault_arm("utility.normalize_path", 1, 0);
+    parser.reset(BRELCfgFileParser_new(&every));
+    ZUVOsapiFault_disarm();
+    ASSERT_NE(parser, nullptr);
+    EXPECT_EQ(log.texts(), (Lines{"!normalize path=USER_QOS_PROFILES.xml"}));
 }
 
 TEST_F(XmlSources, aHomeThatIsTooLongFailsTheParser)
@@ -195,10 +217,12 @@ TEST_F(XmlSources, aListOfUrlsThatIsWrongIsReported)
     log.clear();
     write("wrong.xml", "<session/>");
     EXPECT_EQ(BRELCfgFileParser_loadUrlGroup(parser.get(), "[none.xml|../wrong.xml]"), 0);
-    EXPECT_TRUE(log.holds(
-        {{&ZUVXMLUTILS_LOG_VALIDATOR_VALIDATE_ENTITY_FAILURE_s, "!validate element <dds>"},
-         {&ZUV_LOG_ANY_FAILURE_s, "!parser extensions"},
-         {&ZUV_LOG_ANY_FAILURE_s, "!process DOM"}}));
+    EXPECT_EQ(log.texts(),
+              (Lines{"!accept ../wrong.xml, line 1: element <session>: This element is not "
+                     "expected. Expected is one of ( configuration_variables, types, qos_library, "
+                     "transformation_library, adapter_library, plugin_library, brel_service, "
+                     "domain_library, domain_participant_library ).",
+                     "!validate element <dds>", "!parser extensions", "!process DOM"}));
     // Other than that of a string, the document stays.
     EXPECT_EQ(children(), std::vector<std::string>{"Session1"});
     EXPECT_EQ(BRELXmlObject_getXmlSupport(parser->_xmlRoot), parser.get());
@@ -241,8 +265,9 @@ TEST_F(XmlSources, aStylesheetThatIsWrongFailsTheLoad)
     ZUV_BrelServiceProperties_add(&checked.user_environment, "preprocess.xslt.path", "pre.xsl");
     makeParser(checked);
     EXPECT_EQ(load(parser, "<dds/>"), 0);
-    EXPECT_TRUE(log.holds({{&ZUV_LOG_ANY_FAILURE_s, "!load pre-processing xslt from file=pre.xsl"},
-                           {&ZUV_LOG_ANY_FAILURE_s, "!process DOM"}}));
+    EXPECT_EQ(log.texts(),
+              (Lines{"!accept pre.xsl, line 0: No such file or directory", "!load file 'pre.xsl'",
+                     "!load pre-processing xslt from file=pre.xsl", "!process DOM"}));
     EXPECT_EQ(parser->_xmlRoot, nullptr);
     log.clear();
     folder.write("bin/pre.xsl",
@@ -250,9 +275,9 @@ TEST_F(XmlSources, aStylesheetThatIsWrongFailsTheLoad)
                  "<xsl:template match='/'><xsl:message terminate='yes'>no</xsl:message>"
                  "</xsl:template></xsl:stylesheet>");
     EXPECT_EQ(load(parser, "<dds/>"), 0);
-    EXPECT_TRUE(
-        log.holds({{&ZUV_LOG_ANY_FAILURE_s, "!error applying pre-processing xslt from file"},
-                   {&ZUV_LOG_ANY_FAILURE_s, "!process DOM"}}));
+    EXPECT_EQ(log.texts(),
+              (Lines{"!accept text, line 0: no", "!error applying pre-processing xslt from file",
+                     "!process DOM"}));
     EXPECT_EQ(parser->_xmlRoot, nullptr);
 }
 
@@ -266,8 +291,10 @@ TEST_F(XmlSources, aStylesheetCannotBringAnAddress)
     ZUV_BrelServiceProperties_add(&unchecked.user_environment, "preprocess.xslt.path", "pre.xsl");
     makeParser(unchecked);
     EXPECT_EQ(load(parser, "<dds/>"), 0);
-    EXPECT_TRUE(
-        log.holds({{&ZUV_LOG_ANY_FAILURE_s, "!error applying pre-processing xslt from file"}}));
+    EXPECT_EQ(log.texts(),
+              (Lines{"!parse line 1: element <brel_service>: the attribute 'zuv_xml_object_update' "
+                     "is not allowed",
+                     "!error applying pre-processing xslt from file", "!process DOM"}));
     EXPECT_EQ(parser->_xmlRoot, nullptr);
 }
 

@@ -312,49 +312,79 @@ TEST_F(XmlUpdate, anEntityWithoutAnUpdateIsUnknown)
     EXPECT_EQ(saved(parser), before);
 }
 
-TEST_F(XmlUpdate, stepsThatFailChangeNothing)
+TEST_F(XmlUpdate, stepsThatFailAreReportedAndChangeNothing)
 {
     struct Step {
         const char *faultPoint;
-        const ZUVLogMessage *message;
-        const char *text;
+        std::uint32_t pass;
+        std::vector<std::string> lines;
+    };
+    const Step updates[] = {
+        {"xmlutils.parse", 1, {"!accept text, line 0: out of memory", "!parse XML snippet string"}},
+        {"xmlutils.copy",
+         1,
+         {"!accept text, line 1: element <topic_route>: out of memory", "!parsed entity"}},
+        {"xmlutils.tag", 1, {"!set tag of element", "!validate element <topic_route>"}},
+        {"xmlutils.tag", 2, {"!set tag of element", "!validate element <topic_route>"}},
+        {"xmlutils.validate",
+         1,
+         {"!accept text, line 1: element <topic_route_update>: out of memory",
+          "!validate element <topic_route>"}},
+        {"xmlutils.attribute",
+         1,
+         {"!set attribute 'zuv_xml_object_update' of element <topic_route>",
+          "!set update target attribute", "!set up update target"}},
+        {"xmlutils.attribute",
+         2,
+         {"!set attribute 'name' of element <topic_route>", "!parse line 1: element <topic_route>",
+          "!initialize extensions"}},
+        {"xmlutils.full_name",
+         1,
+         {"!get fully qualified name of element", "!initialize BRELCfgFileElement object",
+          "!extension object", "!initialize extensions"}},
+    };
+    const Step entities[] = {
+        {"xmlutils.parse", 1, {"!accept text, line 0: out of memory", "!parse XML snippet string"}},
+        {"xmlutils.copy",
+         1,
+         {"!accept text, line 1: element <topic_route>: out of memory", "!parsed entity"}},
+        {"xmlutils.tag", 1, {"!set tag of element", "!validate element <topic_route>"}},
+        {"xmlutils.tag", 2, {"!set tag of element", "!validate element <topic_route>"}},
+        {"xmlutils.validate",
+         1,
+         {"!accept text, line 1: element <topic_route>: out of memory",
+          "!validate element <topic_route>"}},
+        {"xmlutils.attribute",
+         1,
+         {"!set attribute 'name' of element <topic_route>", "!parse line 1: element <topic_route>",
+          "!initialize initialize extensions"}},
+        {"xmlutils.full_name",
+         1,
+         {"!get fully qualified name of element", "!initialize BRELCfgFileElement object",
+          "!extension object", "!initialize initialize extensions"}},
     };
     start(checked);
-    const Step updates[] = {
-        {"xmlutils.parse", &ZUV_LOG_ANY_FAILURE_s, "!parse XML snippet string"},
-        {"xmlutils.copy", &ZUV_LOG_ANY_FAILURE_s, "!parsed entity"},
-        {"xmlutils.tag", &ZUVXMLUTILS_LOG_VALIDATOR_VALIDATE_ENTITY_FAILURE_s,
-         "!validate element <topic_route>"},
-        {"xmlutils.validate", &ZUVXMLUTILS_LOG_VALIDATOR_VALIDATE_ENTITY_FAILURE_s,
-         "!validate element <topic_route>"},
-        {"xmlutils.attribute", &ZUV_LOG_ANY_FAILURE_s, "!set up update target"},
-        {"xmlutils.full_name", &ZUV_LOG_ANY_FAILURE_s, "!initialize extensions"},
-    };
     for (const Step &step : updates) {
         log.clear();
-        ZUVOsapiFault_arm(step.faultPoint, 1, 0);
+        ZUVOsapiFault_arm(step.faultPoint, step.pass, 0);
         EXPECT_EQ(update("S::dr::s::r1", "<topic_route/>"), nullptr) << step.faultPoint;
         ZUVOsapiFault_disarm();
-        EXPECT_EQ(log.lines().back().message, step.message) << step.faultPoint;
-        EXPECT_EQ(log.lines().back().text, step.text);
+        EXPECT_EQ(log.texts(), step.lines) << step.faultPoint << step.pass;
         EXPECT_EQ(saved(parser), before);
     }
-    const Step entities[] = {
-        {"xmlutils.parse", &ZUV_LOG_ANY_FAILURE_s, "!parse XML snippet string"},
-        {"xmlutils.copy", &ZUV_LOG_ANY_FAILURE_s, "!parsed entity"},
-        {"xmlutils.validate", &ZUVXMLUTILS_LOG_VALIDATOR_VALIDATE_ENTITY_FAILURE_s,
-         "!validate element <topic_route>"},
-        {"xmlutils.full_name", &ZUV_LOG_INIT_FAILURE_s, "!initialize initialize extensions"},
-    };
     for (const Step &step : entities) {
         log.clear();
-        ZUVOsapiFault_arm(step.faultPoint, 1, 0);
-        EXPECT_EQ(add("S::dr::s", "<topic_route name='r3'/>"), nullptr) << step.faultPoint;
+        ZUVOsapiFault_arm(step.faultPoint, step.pass, 0);
+        EXPECT_EQ(add("S::dr::s", "<topic_route/>"), nullptr) << step.faultPoint;
         ZUVOsapiFault_disarm();
-        EXPECT_EQ(log.lines().back().message, step.message) << step.faultPoint;
-        EXPECT_EQ(log.lines().back().text, step.text);
+        EXPECT_EQ(log.texts(), step.lines) << step.faultPoint << step.pass;
         EXPECT_EQ(saved(parser), before);
     }
+    log.clear();
+    ZUVOsapiFault_arm("xmlutils.full_name", 1, 0);
+    EXPECT_EQ(update("S::dr::s::r1", "<dds/>"), nullptr);
+    ZUVOsapiFault_disarm();
+    EXPECT_EQ(log.texts(), (std::vector<std::string>{"!get fully qualified name of element"}));
 }
 
 TEST_F(XmlUpdate, aServiceThatIsRefusedReplacesNone)
