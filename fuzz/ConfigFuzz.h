@@ -37,6 +37,15 @@ inline BRELCfgFileParser *newParser(bool isValidating)
     return parser;
 }
 
+// What documents define stays with a parser; the next input is to begin without.
+inline void forget(BRELCfgFileParser *parser)
+{
+    BRELXmlVariableExpansor_forget(&parser->_variableExpansor);
+    DDS_XMLParser_free_dom(parser->_xmlDdsParser, parser->_xmlDdsQosRoot);
+    require(DDS_QosProvider_load_builtin_profilesI(parser->_xmlDdsParser,
+                                                   &parser->_xmlDdsQosRoot) == 0);
+}
+
 inline std::string saved(const ZUVXMLUTILSObject *root)
 {
     ZUVXMLUTILSSaveContext *const context = ZUVXMLUTILSSaveContext_newForMemory();
