@@ -45,6 +45,44 @@ TEST_F(XmlElement, tagsStandInTheOrderOfASavedDocument)
                  "auto_configure_qos");
 }
 
+TEST_F(XmlElement, tagsOfEachElement)
+{
+    using Tags = std::vector<std::string>;
+    const auto tagsOf = [](const auto &array) { return Tags(std::begin(array), std::end(array)); };
+    EXPECT_EQ(tagsOf(BREL_XML_SERVICE_TAGS), (Tags{"administration", "monitoring", "internal_clock",
+                                                   "entity_monitoring", "jvm", "domain_route"}));
+    EXPECT_EQ(
+        tagsOf(BREL_XML_ADMINISTRATION_TAGS),
+        (Tags{"domain_id", "distributed_logger", "domain_participant_qos", "participant_qos",
+              "publisher_qos", "subscriber_qos", "datareader_qos", "datawriter_qos",
+              "memory_management", "save_path", "save_on_update", "reuse_monitoring_participant"}));
+    EXPECT_EQ(
+        tagsOf(BREL_XML_MONITORING_TAGS),
+        (Tags{"enabled", "domain_id", "ignore_initialization_failure", "status_publication_period",
+              "statistics_sampling_period", "domain_participant_qos", "participant_qos",
+              "publisher_qos", "datawriter_qos"}));
+    EXPECT_EQ(tagsOf(BREL_XML_DOMAIN_ROUTE_TAGS), (Tags{"entity_monitoring"}));
+    EXPECT_EQ(tagsOf(BREL_XML_CONNECTION_TAGS),
+              (Tags{"domain_id", "domain_participant_qos", "participant_qos", "property",
+                    "memory_management", "register_type"}));
+    EXPECT_EQ(tagsOf(BREL_XML_SESSION_TAGS),
+              (Tags{"entity_monitoring", "thread_pool", "auto_configure_publisher_qos",
+                    "auto_configure_subscriber_qos", "periodic_action", "property", "publisher_qos",
+                    "subscriber_qos"}));
+    EXPECT_EQ(tagsOf(BREL_XML_ROUTE_TAGS),
+              (Tags{"entity_monitoring", "route_types", "publish_with_original_info",
+                    "publish_with_original_timestamp", "propagate_dispose", "propagate_unregister",
+                    "topic_query_proxy", "stream_query_proxy", "filter_propagation",
+                    "periodic_action", "enable_data_on_inputs"}));
+    EXPECT_EQ(tagsOf(BREL_XML_STREAM_PORT_TAGS),
+              (Tags{"entity_monitoring", "topic_name", "stream_name", "registered_type_name",
+                    "allow_topic_name_filter", "allow_stream_name_filter",
+                    "allow_registered_type_name_filter", "deny_topic_name_filter",
+                    "deny_stream_name_filter", "deny_registered_type_name_filter", "creation_mode",
+                    "property", "datawriter_qos", "datareader_qos", "content_filter",
+                    "on_delete_wait_for_ack_timeout", "transformation", "auto_configure_qos"}));
+}
+
 TEST_F(XmlElement, aNameIsMadeOfTheTagAndANumber)
 {
     const Tree tree = parse("<dds><session/><session name='x'/><session/><domain_route/><a_b_1c/>"

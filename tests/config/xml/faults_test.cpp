@@ -103,6 +103,46 @@ TEST_F(XmlFaults, ofMerging)
     });
 }
 
+TEST_F(XmlFaults, ofLoadingAFileThroughAStylesheet)
+{
+    const Folder folder;
+    const std::string file = folder.write("a.xml", kDocument);
+    const std::string sheet = folder.write(
+        "a.xsl", "<xsl:stylesheet version='1.0' xmlns:xsl='http://www.w3.org/1999/XSL/Transform'>"
+                 "<xsl:template match='@*|node()'><xsl:copy><xsl:apply-templates "
+                 "select='@*|node()'/></xsl:copy></xsl:template></xsl:stylesheet>");
+    ZUV_BrelServiceProperties_add(&property.user_environment,
+                                  "zuv.brel_service.preprocess.xslt.path", sheet.c_str());
+    const Parser parser = newParser();
+    sweepFaults<kManySteps>([&] {
+        const bool isLoaded = BRELCfgFileParser_loadUrlGroup(parser.get(), file.c_str()) != 0;
+        ZUVXMLUTILSTransformer_delete(std::exchange(parser->_preprocessor, nullptr));
+        empty(parser);
+        return isLoaded;
+    });
+    ZUV_BrelServiceProperties_finalize(&property.user_environment);
+}
+
+TEST_F(XmlFaults, ofUpdatingByADocument)
+{
+    property.enforce_xsd_validation = DDS_BOOLEAN_FALSE;
+    const Parser parser = newLoaded();
+    const std::string before = saved(parser);
+    sweepFaults<kManySteps>([&] {
+        ZUVXMLUTILSObject *const update = BRELCfgFileParser_parseUpdate(
+            parser.get(), at(parser, "S::DomainRoute1::s"),
+            "<dds><brel_service name='S'><domain_route name='DomainRoute1'><session name='s'>"
+            "<periodic_action><sec>$(ZUV_V)</sec></periodic_action></session></domain_route>"
+            "</brel_service></dds>");
+        const bool isParsed = update != nullptr;
+        if (isParsed) {
+            BRELCfgFileParser_deleteEntity(parser.get(), update);
+        }
+        EXPECT_EQ(calmly([&] { return saved(parser); }), before);
+        return isParsed;
+    });
+}
+
 TEST_F(XmlFaults, ofUpdating)
 {
     const Parser parser = newLoaded();

@@ -110,7 +110,7 @@ const Hostile kHostile[] = {
      kReplace},
     {"circle", [] { return chainOfVariables(60); },
      "line 1: element <value>: variable 'ZUV_1' leads back to itself", kReplace},
-    {"chain", [] { return chainOfVariables(20000); },
+    {"chain", [] { return chainOfVariables(8000); },
      "line 1: element <value>: variables lead to each other more than 64 deep", kReplace},
     {"growthOfAll",
      [] {
