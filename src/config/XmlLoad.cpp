@@ -176,10 +176,13 @@ brel::TreePointer preprocess(BRELCfgFileParser &self, ZUVXMLUTILSObject *documen
     return result;
 }
 
-// The user data of the tree's root lead to the parser, which leaves no room for a record of an entity.
-bool isConfiguration(const ZUVXMLUTILSObject *document)
+// An entity at the root would have its record where the parser is, and what is no configuration would pass for valid.
+bool isAccepted(const BRELCfgFileParser &self, const ZUVXMLUTILSObject *document)
 {
-    if (brel::hasTag(document, brel::kDocumentTag)) {
+    const char *const tag = ZUVXMLUTILSObject_getTagName(document);
+    if (std::strcmp(tag, brel::kDocumentTag) == 0 ||
+        (!self.property->enforce_xsd_validation &&
+         BRELCfgFileParser_lookUpExtension(&self, tag) == nullptr)) {
         return true;
     }
     const char *const path = ZUVXMLUTILSObject_getFilePath(document);
@@ -192,7 +195,7 @@ bool isConfiguration(const ZUVXMLUTILSObject *document)
 bool join(BRELCfgFileParser &self, ZUVXMLUTILSObject *document)
 {
     if (self._xmlRoot == nullptr) {
-        if (!isConfiguration(document)) {
+        if (!isAccepted(self, document)) {
             return false;
         }
         self._xmlRoot = document;
@@ -210,6 +213,7 @@ bool join(BRELCfgFileParser &self, ZUVXMLUTILSObject *document)
 // QoS gets them here, in the order of the document as well.
 bool expandMerged(BRELCfgFileParser &self, ZUVXMLUTILSObject *document)
 {
+    self._variableExpansor._expansor.valueSize = 0;
     ZUVXMLUTILSObject *child = ZUVXMLUTILSObject_mayHoldVariables(document)
                                    ? ZUVXMLUTILSObject_getFirstChild(document)
                                    : nullptr;
@@ -253,6 +257,10 @@ int BRELCfgFileParser_processDom(BRELCfgFileParser *self, ZUVXMLUTILSObject *xml
     self->_hasNames = 0;
     if (!join(*self, document)) {
         return 0;
+    }
+    if (!brel::hasTag(self->_xmlRoot, brel::kDocumentTag)) {
+        // The walk does nothing with it, and so has nobody lead back to the parser.
+        ZUVXMLUTILSObject_setUserData(self->_xmlRoot, self);
     }
     if (self->_xmlRoot == document) {
         transformed.release();

@@ -205,33 +205,45 @@ TEST_F(XmlLoad, aDocumentWithAnotherRootIsNotMerged)
     EXPECT_EQ(saved(parser), before);
 }
 
-TEST_F(XmlLoad, aDocumentWithAnotherRootIsNoConfiguration)
+TEST_F(XmlLoad, anEntityIsNoConfigurationAndNothingElseIsAValidOne)
 {
+    struct Root {
+        const Property *property;
+        const char *tag;
+    };
+    const Root roots[] = {{&checked, "brel_service"}, {&checked, "other"}, {&unchecked, "session"}};
     const Folder folder;
-    for (const Property *const property : {&checked, &unchecked}) {
+    const std::string file = folder / "a.xml";
+    for (const auto &[property, tag] : roots) {
+        const std::string reason =
+            ", line 2: element <" + std::string(tag) + ">: the root of a configuration is <dds>";
+        const std::string text = "\n<" + std::string(tag) + " name='S'/>";
         makeParser(*property);
         log.clear();
-        // Also one whose tag has records.
-        EXPECT_EQ(load(parser, "\n<brel_service name='S'/>"), 0);
-        EXPECT_EQ(log.texts(),
-                  (std::vector<std::string>{
-                      "!accept text, line 2: element <brel_service>: the root of a configuration "
-                      "is <dds>",
-                      "!process DOM"}));
+        EXPECT_EQ(load(parser, text), 0);
+        EXPECT_EQ(log.texts(), (std::vector<std::string>{"!accept text" + reason, "!process DOM"}));
         EXPECT_EQ(parser->_xmlRoot, nullptr);
         log.clear();
-        const std::string file = folder.write("a.xml", "<other/>");
+        folder.write("a.xml", text);
         EXPECT_EQ(BRELCfgFileParser_loadUrlGroup(parser.get(), file.c_str()), 0);
-        EXPECT_EQ(log.texts(), (std::vector<std::string>{
-                                   "!accept " + file +
-                                       ", line 1: element <other>: the root of a configuration is "
-                                       "<dds>",
-                                   "!process DOM"}));
+        EXPECT_EQ(log.texts(),
+                  (std::vector<std::string>{"!accept " + file + reason, "!process DOM"}));
         EXPECT_EQ(parser->_xmlRoot, nullptr);
         log.clear();
         EXPECT_EQ(load(parser, kDocument), 1);
         EXPECT_TRUE(log.isEmpty());
     }
+}
+
+TEST_F(XmlLoad, whatIsNotValidatedMayHaveAnotherRootWhichLeadsToTheParser)
+{
+    makeParser(unchecked);
+    for (int count = 0; count < 3; ++count) {
+        ASSERT_EQ(load(parser, "<other><plugin_library/></other>"), 1);
+        EXPECT_EQ(BRELXmlObject_getXmlSupport(at(parser, "PluginLibrary1")), parser.get());
+    }
+    EXPECT_EQ(load(parser, "<other><session enabled='x'/></other>"), 0);
+    EXPECT_EQ(BRELXmlObject_getXmlSupport(at(parser, "PluginLibrary1")), parser.get());
 }
 
 TEST_F(XmlLoad, aDocumentWithinADocumentDoesNoHarm)
