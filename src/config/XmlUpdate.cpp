@@ -123,6 +123,16 @@ const Object *findUpdate(const BRELCfgFileParser &self, const Object *snippet, c
     return update;
 }
 
+// Nobody has read what has just come: what its variables stood for need not stay.
+bool walk(BRELCfgFileParser &self, Object *added)
+{
+    int &isUnread = self._variableExpansor._expansor.isUnread;
+    isUnread = 1;
+    const int isWalked = BRELCfgFileParser_initializeExtensionsExt(&self, added);
+    isUnread = 0;
+    return isWalked;
+}
+
 bool bindUpdate(BRELCfgFileParser &self, Object *copy, const Object *target)
 {
     if (self.property->enforce_xsd_validation && !validateUpdate(self, copy)) {
@@ -132,7 +142,7 @@ bool bindUpdate(BRELCfgFileParser &self, Object *copy, const Object *target)
         BREL_XML_FAILURE(&ZUV_LOG_ANY_FAILURE_s, "set up update target");
         return false;
     }
-    if (!BRELCfgFileParser_initializeExtensionsExt(&self, copy)) {
+    if (!walk(self, copy)) {
         BREL_XML_FAILURE(&ZUV_LOG_ANY_FAILURE_s, "initialize extensions");
         return false;
     }
@@ -187,7 +197,7 @@ ZUVXMLUTILSObject *BRELCfgFileParser_loadEntity(BRELCfgFileParser *self,
     if (self->property->enforce_xsd_validation && !validateEntity(*self, added.get())) {
         return nullptr;
     }
-    if (!BRELCfgFileParser_initializeExtensionsExt(self, added.get())) {
+    if (!walk(*self, added.get())) {
         BREL_XML_FAILURE(&ZUV_LOG_INIT_FAILURE_s, "initialize extensions");
         return nullptr;
     }

@@ -408,14 +408,15 @@ xmlNode *exchangeText(xmlNode *node, xmlNode *text)
     return former;
 }
 
-bool changeText(xmlNode *node, const char *text)
+bool changeText(xmlNode *node, const char *text, bool isRetired)
 {
     NodePointer replacement = newText(node->doc, text);
     if (replacement == nullptr) {
         return false;
     }
-    if (xmlNode *const former = exchangeText(node, replacement.release())) {
-        documentOf(node)->retire(former);
+    NodePointer former(exchangeText(node, replacement.release()));
+    if (former != nullptr && isRetired) {
+        documentOf(node)->retire(former.release());
     }
     return true;
 }

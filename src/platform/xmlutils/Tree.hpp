@@ -160,8 +160,9 @@ _xmlAttr *newAttribute(_xmlDoc *document, const char *name, const char *value);
 // one, which is the caller's now, or null. Not for names of elements, of which there is an index.
 _xmlAttr *exchangeAttribute(_xmlNode *node, _xmlAttr *attribute);
 void removeAttribute(_xmlNode *node, _xmlAttr *attribute);
-// Give the element, which holds text, another one; the former is retired. False when there is no memory.
-bool changeText(_xmlNode *node, const char *text);
+// Give the element, which holds text, another one; the former is retired if `isRetired`, else freed. False when there is
+// no memory.
+bool changeText(_xmlNode *node, const char *text, bool isRetired);
 // Put the node in the place of the text in the element, or add it; null takes the text away. Returns the former
 // text, which is the caller's now, or null.
 _xmlNode *exchangeText(_xmlNode *node, _xmlNode *text);

@@ -236,7 +236,7 @@ private:
             return false;
         }
         const AttributeChange change = {.isFromProgram = isProgramAttribute(attribute),
-                                        .isRetired = true};
+                                        .isRetired = !sources_.isUnread};
         return isDone(changeAttribute(element_, name, value.c_str(), change));
     }
 
@@ -247,7 +247,7 @@ private:
         if (!expand(contentOf(element_), text)) {
             return false;
         }
-        return !isChanged_ || isDone(changeText(element_, text.c_str()));
+        return !isChanged_ || isDone(changeText(element_, text.c_str(), !sources_.isUnread));
     }
 
     bool isDone(bool hadMemory)
@@ -293,6 +293,7 @@ int ZUVXMLUTILSVariableExpansor_initialize(ZUVXMLUTILSVariableExpansor *self,
              getDictionaryValue,
              defaults,
              getDefaultValue,
+             0,
              0};
     return 1;
 }

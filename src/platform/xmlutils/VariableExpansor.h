@@ -36,6 +36,7 @@ typedef struct ZUVXMLUTILSVariableExpansor {
     ZUVXMLUTILSVariableExpansorValueFcn getDictionaryValue;
     const void *defaults;
     ZUVXMLUTILSVariableExpansorValueFcn getDefaultValue;
+    int isUnread; /* 1: nobody holds a text of the elements that are visited; the former ones are freed */
     size_t valueSize; /* bytes of values that were put in; whoever starts a walk sets it to 0 */
 } ZUVXMLUTILSVariableExpansor;
 
@@ -52,7 +53,7 @@ int ZUVXMLUTILSVariableExpansor_initialize(ZUVXMLUTILSVariableExpansor *self,
  * visit of `visitor`, whose data is the expansor; no argument may be NULL. Returns 1, or 0 after a report with
  * the file, the line, the element and the reason; then the text or attribute at fault, and those behind it,
  * are as they were. Texts that were there before stay alive as long as the tree, since somebody may hold
- * them. */
+ * them, unless `isUnread` says that nobody does. */
 int ZUVXMLUTILSVariableExpansor_visit(void *visitorData, ZUVXMLUTILSObject *object);
 
 #ifdef __cplusplus

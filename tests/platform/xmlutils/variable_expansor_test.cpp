@@ -87,6 +87,22 @@ TEST_F(XmlVariables, keepBorrowedTextsAlive)
     EXPECT_STREQ(text, "$(A)");
 }
 
+TEST_F(XmlVariables, leaveNothingBehindOfWhatNobodyHasRead)
+{
+    dictionary = {{"A", "a value that is longer than what it replaces"}};
+    const Tree tree = parse("<r/>");
+    const Tree snippet = parse("<s name='$(A)' x='$(A)'>$(A)</s>");
+    expansor.isUnread = 1;
+    ZUVXMLUTILSParser_freeDom(ZUVXMLUTILSObject_copyAsChild(tree.get(), snippet.get()));
+    const HeapCheck heap;
+    ZUVXMLUTILSObject *const copy = ZUVXMLUTILSObject_copyAsChild(tree.get(), snippet.get());
+    EXPECT_EQ(ZUVXMLUTILSVariableExpansor_visit(&expansor, copy), 1);
+    EXPECT_STREQ(ZUVXMLUTILSObject_getName(copy), dictionary["A"].c_str());
+    EXPECT_STREQ(ZUVXMLUTILSObject_getText(copy), dictionary["A"].c_str());
+    ZUVXMLUTILSParser_freeDom(copy);
+    EXPECT_TRUE(heap.isBalanced());
+}
+
 TEST_F(XmlVariables, leaveEverythingElseAlone)
 {
     dictionary = {{"A", "1"}, {"", "2"}};
