@@ -77,6 +77,11 @@ function(zuv_test name)
     if(NOT TEST_TIMEOUT)
         set(TEST_TIMEOUT 120)
     endif()
+    # No labels, no word: what is empty would be lost on the way, and the next word taken for the label.
+    set(labels "")
+    if(TEST_LABELS)
+        set(labels LABELS "${TEST_LABELS}")
+    endif()
     gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
-        PROPERTIES TIMEOUT ${TEST_TIMEOUT} LABELS "${TEST_LABELS}" ENVIRONMENT "${ZUV_TEST_ENVIRONMENT}")
+        PROPERTIES TIMEOUT ${TEST_TIMEOUT} ENVIRONMENT "${ZUV_TEST_ENVIRONMENT}" ${labels})
 endfunction()
