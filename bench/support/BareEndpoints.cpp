@@ -37,6 +37,7 @@ const Duration_t kHeartbeatPeriod{0, 100'000'000};
 const Duration_t kHeartbeatResponseDelay{0, 0};
 const Duration_t kNackResponseDelay{0, 5'000'000};
 const Duration_t kMaxBlockingTime{10, 0};
+const Duration_t kAnnouncementPeriod{0, 100'000'000};
 constexpr std::chrono::seconds kMaxWrite{10};
 
 class OctetType : public fast::TopicDataType
@@ -96,6 +97,9 @@ fast::DomainParticipant *createParticipant(int domainId, Transports transports)
     if (qos.transport().use_builtin_transports) {
         giveUp("the loopback profile was not read");
     }
+    // Often, as a bare participant misses about every second answer to its first announcement.
+    qos.wire_protocol().builtin.discovery_config.leaseDuration_announcementperiod =
+        kAnnouncementPeriod;
     if (transports == Transports::kUntuned) {
         useUntunedTransports(qos);
     }

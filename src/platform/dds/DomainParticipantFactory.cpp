@@ -8,6 +8,7 @@
 #include <fastdds/dds/domain/DomainParticipantFactory.hpp>
 #include <fastrtps/xmlparser/XMLProfileManager.h>
 
+#include "ArrivalGate.hpp"
 #include "Conversions.hpp"
 #include "EntityImpl.hpp"
 #include "FastLog.hpp"
@@ -57,7 +58,11 @@ fast::DomainParticipant *createFast(DDS_Long domainId, const DDS_DomainParticipa
     zuv::dds::useDiscoveryPort(domainId, portSlot, fastQos);
     zuv::dds::useFreshDataPort(domainId, fastQos);
     zuv::dds::mapQos(qos, fastQos);
-    return factory->create_participant(static_cast<fast::DomainId_t>(domainId), fastQos);
+    const auto gate = zuv::dds::putGateBehind(fastQos.transport());
+    fast::DomainParticipant *const made =
+        factory->create_participant(static_cast<fast::DomainId_t>(domainId), fastQos);
+    gate->open();
+    return made;
 }
 
 // The record, then the middleware's participant, then the list.

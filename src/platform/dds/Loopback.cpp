@@ -27,8 +27,8 @@ constexpr std::uint32_t kHealthyCheckMilliseconds = 240;
 constexpr std::uint32_t kSocketBufferSize = 4 * 1024 * 1024;
 // Peers are found by trying the ports of so many participants on the host.
 constexpr std::uint32_t kMaxInitialPeersRange = 64;
-// A lost announcement costs this much, in place of seconds.
-const eprosima::fastrtps::Duration_t kAnnouncementPeriod{0, 100'000'000};
+// What a lost announcement costs. Newcomers need none of these: they are answered.
+const eprosima::fastrtps::Duration_t kAnnouncementPeriod{0, 500'000'000};
 // How long a killed process counts as alive.
 const eprosima::fastrtps::Duration_t kLeaseDuration{5, 0};
 

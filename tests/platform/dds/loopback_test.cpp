@@ -128,7 +128,7 @@ TEST(Loopback, profileReachesTheParticipantWithTheSizesThatTheRoomHasToo)
         EXPECT_EQ(udp->receiveBufferSize, 4U << 20);
         const auto &builtin = qos->wire_protocol().builtin;
         EXPECT_EQ(builtin.discovery_config.leaseDuration.seconds, 5);
-        EXPECT_EQ(builtin.discovery_config.leaseDuration_announcementperiod.nanosec, 100000000U);
+        EXPECT_EQ(builtin.discovery_config.leaseDuration_announcementperiod.nanosec, 500000000U);
         EXPECT_TRUE(builtin.metatrafficMulticastLocatorList.empty());
     }
     zuv_test::leaveDomain(participant);

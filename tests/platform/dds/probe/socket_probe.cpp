@@ -1,6 +1,8 @@
 // Joins a domain, tells on standard output what sockets and groups that made, leaves, and tells what is left.
 //
-//   dds_socket_probe DOMAIN
+//   dds_socket_probe DOMAIN [stay]
+//
+// With "stay" it leaves only when it is killed.
 //
 // One line each: "udp ADDRESS" for each bound UDP socket of this process, "igmp GROUP" for each multicast group of the
 // network namespace, "shm NAME" for each shared memory file of this process, first "joined", last "left".
@@ -97,6 +99,10 @@ int main(int argc, char **argv)
         return 1;
     }
     std::puts("joined");
+    if (argc > 2) {
+        std::fflush(stdout);
+        pause();
+    }
     tellSockets("/proc/net/udp");
     tellSockets("/proc/net/udp6");
     tellGroups();
