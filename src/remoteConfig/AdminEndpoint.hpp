@@ -8,6 +8,7 @@
 #include "platform/log/DDSLog.h"
 #include "platform/log/LogMessages.h"
 #include "platform/talvane/Entity.h"
+#include "platform/typesys/Sample.h"
 #include "remoteConfig/ServiceAdminSupport.h"
 
 namespace admin_endpoint
@@ -17,6 +18,7 @@ namespace admin_endpoint
 struct RequestType {
     using Sample = ZUV_Service_Admin_CommandRequest;
     using Sequence = ZUV_Service_Admin_CommandRequestSeq;
+    static constexpr auto getTypeCode = ZUV_Service_Admin_CommandRequest_get_typecode;
     static constexpr auto copyData = ZUV_Service_Admin_CommandRequestTypeSupport_copy_data;
     static constexpr auto getLength = ZUV_Service_Admin_CommandRequestSeq_get_length;
     static constexpr auto setLength = ZUV_Service_Admin_CommandRequestSeq_set_length;
@@ -31,6 +33,7 @@ struct RequestType {
 struct ReplyType {
     using Sample = ZUV_Service_Admin_CommandReply;
     using Sequence = ZUV_Service_Admin_CommandReplySeq;
+    static constexpr auto getTypeCode = ZUV_Service_Admin_CommandReply_get_typecode;
     static constexpr auto copyData = ZUV_Service_Admin_CommandReplyTypeSupport_copy_data;
     static constexpr auto getLength = ZUV_Service_Admin_CommandReplySeq_get_length;
     static constexpr auto setLength = ZUV_Service_Admin_CommandReplySeq_set_length;
@@ -98,10 +101,11 @@ inline bool isAnyMissing(std::initializer_list<Argument> arguments,
     return false;
 }
 
-// Get one sample with `get`(samples, destination, infos, maximum count) and copy it.
+// Get one sample with `get`(samples, destination, infos, maximum count) and copy it. Out of one that is taken and that nobody
+// else sees the bodies are moved: it goes back to its pool with those that the caller's sample had.
 template <typename Type, typename Get>
 DDS_ReturnCode_t getSample(ZUV_Talvane_EntityUntypedImpl *impl, Get get,
-                           typename Type::Sample *sample, DDS_SampleInfo *info,
+                           typename Type::Sample *sample, DDS_SampleInfo *info, DDS_Boolean take,
                            const char *function)
 {
     info->valid_data = DDS_BOOLEAN_FALSE;
@@ -111,7 +115,11 @@ DDS_ReturnCode_t getSample(ZUV_Talvane_EntityUntypedImpl *impl, Get get,
     if (code != DDS_RETCODE_OK) {
         return reported(code, DDS_RETCODE_NO_DATA, "get sample", function);
     }
-    code = Type::copyData(sample, static_cast<const typename Type::Sample *>(samples.data[0]));
+    const bool mayMove =
+        take != 0 && ZUV_Talvane_EntityUntypedImpl_is_sole_holderI(impl, &infos) != 0;
+    auto *const got = static_cast<typename Type::Sample *>(samples.data[0]);
+    code = mayMove ? DDS_TypeSupport_codeI(ZUVSample_handOver(Type::getTypeCode(), sample, got))
+                   : Type::copyData(sample, got);
     if (code != DDS_RETCODE_OK) {
         report(ZUV_LOG_ANY_FAILURE_s, "copy sample", function);
     } else if (DDS_SampleInfoSeq_get_length(&infos) > 0) {

@@ -29,7 +29,7 @@ DDS_ReturnCode_t getRequest(Replier *self, Request *request, DDS_SampleInfo *inf
     if (isAnyMissing({{self, "self"}, {request, "request"}, {info, "sample_info"}}, function)) {
         return DDS_RETCODE_BAD_PARAMETER;
     }
-    return getSample<RequestType>(self->parent._impl, makeGetter(self, take), request, info,
+    return getSample<RequestType>(self->parent._impl, makeGetter(self, take), request, info, take,
                                   function);
 }
 

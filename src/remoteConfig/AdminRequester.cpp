@@ -32,7 +32,7 @@ DDS_ReturnCode_t getReply(Requester *self, Reply *reply, DDS_SampleInfo *info,
         return DDS_RETCODE_BAD_PARAMETER;
     }
     return getSample<ReplyType>(self->parent._impl, makeGetter(self, related, take), reply, info,
-                                function);
+                                take, function);
 }
 
 DDS_ReturnCode_t getReplies(Requester *self, ReplySeq *replies, DDS_SampleInfoSeq *infos,

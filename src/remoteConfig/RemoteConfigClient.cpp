@@ -56,7 +56,7 @@ public:
     // Back to rest: empty, and of the resting size.
     bool restore()
     {
-        const bool trimmed = size() == kRestingBodySize || resize(kRestingBodySize);
+        const bool trimmed = size() == kRestingBodySize || exchange(kRestingBodySize);
         if (!trimmed) {
             reportFailure("trim string body buffer");
         }
@@ -75,6 +75,19 @@ public:
     }
 
 private:
+    // The content is wanted no more. A large block that was made smaller in place would give its pages back to the system
+    // each time; one that is freed whole serves the next large command.
+    bool exchange(std::size_t newSize)
+    {
+        auto *const block = static_cast<char *>(ZUVOsapiHeap_allocate(newSize, "DDS_String"));
+        if (block == nullptr) {
+            return false;
+        }
+        ZUVOsapiHeap_free(text_);
+        text_ = block;
+        return true;
+    }
+
     char *&text_;
 };
 

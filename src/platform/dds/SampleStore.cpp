@@ -227,6 +227,13 @@ void SampleStore::closeLoan(Loan &loan)
     loan.isOut = false;
 }
 
+bool SampleStore::isSoleHolder(const Loan &loan) const
+{
+    const std::lock_guard lock(mutex_);
+    return std::all_of(loan.samples, loan.samples + loan.length,
+                       [](const HeldSample *sample) { return sample->holders == 1; });
+}
+
 bool SampleStore::isOut(const Loan *loan) const
 {
     const std::lock_guard lock(mutex_);

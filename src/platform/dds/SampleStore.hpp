@@ -71,6 +71,8 @@ public:
     static void append(Loan &loan, HeldSample &sample);
     // End a loan and release what it holds.
     void closeLoan(Loan &loan);
+    // Whether nobody else holds a sample of the loan.
+    bool isSoleHolder(const Loan &loan) const;
     // The loan, if it is one of this store and out.
     bool isOut(const Loan *loan) const;
     bool hasLoansOut() const;

@@ -321,6 +321,21 @@ DDS_ReturnCode_t ZUV_Talvane_EntityUntypedImpl_return_loan(ZUV_Talvane_EntityUnt
     return code;
 }
 
+DDS_Boolean ZUV_Talvane_EntityUntypedImpl_is_sole_holderI(ZUV_Talvane_EntityUntypedImpl *self,
+                                                          const DDS_SampleInfoSeq *infoSeq)
+{
+    if (ZUV_TALVANE_IS_NULL(self) || ZUV_TALVANE_IS_NULL(infoSeq) || self->reader == nullptr) {
+        return DDS_BOOLEAN_FALSE;
+    }
+    void *loan = nullptr;
+    void *reader = nullptr;
+    DDS_SampleInfoSeq_get_read_tokenI(infoSeq, &loan, &reader);
+    const bool isSole =
+        loan != nullptr && reader == self->reader &&
+        zuv::dds::storeOf(*self->reader).isSoleHolder(*static_cast<zuv::dds::Loan *>(loan));
+    return isSole ? DDS_BOOLEAN_TRUE : DDS_BOOLEAN_FALSE;
+}
+
 DDS_DataWriter *ZUV_Talvane_EntityUntypedImpl_get_datawriter(ZUV_Talvane_EntityUntypedImpl *self)
 {
     return ZUV_TALVANE_IS_NULL(self) ? nullptr : self->writer;

@@ -31,6 +31,11 @@ DDS_ReturnCode_t ZUV_Talvane_EntityUntypedImpl_get_sample_loaned(
     DDS_Long dataSeqMaximum, DDS_Boolean dataSeqHasOwnership, DDS_Long maxCount,
     DDS_ReadCondition *condition, DDS_Boolean take);
 
+/* Whether nobody else sees the samples on loan whose infos these are, so that what is taken may be moved out of them
+ * before they are given back. */
+DDS_Boolean ZUV_Talvane_EntityUntypedImpl_is_sole_holderI(ZUV_Talvane_EntityUntypedImpl *self,
+                                                          const DDS_SampleInfoSeq *infoSeq);
+
 /* Give back what a get lent: the array, its count, and the infos. */
 DDS_ReturnCode_t ZUV_Talvane_EntityUntypedImpl_return_loan(ZUV_Talvane_EntityUntypedImpl *self,
                                                            void **dataPtrArray, DDS_Long dataCount,

@@ -109,6 +109,14 @@ DDS_Boolean ZUVSample_copy(const DDS_TypeCode *type, void *destination, const vo
            copyMembers(program->ops(), destination, source);
 }
 
+DDS_Boolean ZUVSample_handOver(const DDS_TypeCode *type, void *destination, void *source)
+{
+    const zuv::Program *program = zuv::Program::of(type);
+    return program != nullptr && !isNull(destination, "dst == ((void *)0)") &&
+           !isNull(source, "src == ((void *)0)") &&
+           (destination == source || zuv::handOverOps(program->ops(), destination, source));
+}
+
 DDS_Boolean ZUVSample_copyKey(const DDS_TypeCode *type, void *destination, const void *source)
 {
     const zuv::Program *program = zuv::Program::of(type);

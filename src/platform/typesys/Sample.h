@@ -40,6 +40,11 @@ void ZUVSample_finalizeOptionalMembers(const DDS_TypeCode *type, void *self,
  * or no memory: then `destination` is valid, with some members copied. */
 DDS_Boolean ZUVSample_copy(const DDS_TypeCode *type, void *destination, const void *source);
 
+/* The same from a `source` of which nothing is wanted afterwards but that it is a valid sample: a long text for
+ * which both samples have the same room changes places with the one in `destination` and is not copied. On
+ * failure `source` is as it was. */
+DDS_Boolean ZUVSample_handOver(const DDS_TypeCode *type, void *destination, void *source);
+
 /* Copy the key members alone, with the same rules. */
 DDS_Boolean ZUVSample_copyKey(const DDS_TypeCode *type, void *destination, const void *source);
 

@@ -2,6 +2,7 @@
 
 #include <bit>
 #include <cstring>
+#include <utility>
 
 #include "platform/log/DDSLog.h"
 #include "platform/log/LogMessages.h"
@@ -142,6 +143,14 @@ bool copyText(const Op &op, char **destination, const char *source)
     }
     std::memcpy(*destination, source, length + 1);
     return true;
+}
+
+// Whether two texts may change places without either side's storage getting smaller. Short ones are not worth it.
+bool haveEqualRoom(const char *one, const char *other)
+{
+    constexpr std::size_t kLeastSize = 1024;
+    const std::size_t size = ZUVOsapiHeap_getBlockSize(one);
+    return size >= kLeastSize && ZUVOsapiHeap_getBlockSize(other) == size;
 }
 
 bool copySequence(const Op &op, ZUVSequence *destination, const ZUVSequence &source)
@@ -332,6 +341,27 @@ bool copyOps(std::span<const Op> ops, void *destination, const void *source)
     for (const Op &op : ops) {
         if (!copyOp(op, destination, source)) {
             return false;
+        }
+    }
+    return true;
+}
+
+bool handOverOps(std::span<const Op> ops, void *destination, void *source)
+{
+    const auto mayExchange = [destination, source](const Op &op) {
+        return op.code == OpCode::Text && haveEqualRoom(*memberAt<char *>(destination, op.offset),
+                                                        *memberAt<char *>(source, op.offset));
+    };
+    for (const Op &op : ops) {
+        if (!mayExchange(op) && !copyOp(op, destination, source)) {
+            return false;
+        }
+    }
+    // Nothing can fail any more. A text that was copied above may change places with its equal.
+    for (const Op &op : ops) {
+        if (mayExchange(op)) {
+            std::swap(*memberAt<char *>(destination, op.offset),
+                      *memberAt<char *>(source, op.offset));
         }
     }
     return true;

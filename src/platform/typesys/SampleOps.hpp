@@ -103,6 +103,10 @@ inline bool copySample(const Program &program, void *destination, const void *so
     return copyOps(program.ops(), destination, source);
 }
 
+// The same from a source that nobody reads after a success: it may end up with what the destination held. On failure the
+// source is as it was.
+bool handOverOps(std::span<const Op> ops, void *destination, void *source);
+
 bool areEqual(std::span<const Op> ops, const void *first, const void *second);
 
 // Give a member its default, keeping its storage; an optional one becomes absent.

@@ -198,6 +198,44 @@ TEST(RequestReply, neverTakesALateReplyForThatOfALaterRequest)
     EXPECT_EQ(client.get(nullptr).code, DDS_RETCODE_NO_DATA);
 }
 
+TEST(RequestReply, tellsWhetherWhatIsTakenIsHeldElsewhereToo)
+{
+    struct Loan {
+        void **data = nullptr;
+        DDS_Long count = 0;
+        DDS_SampleInfoSeq infos = DDS_SEQUENCE_INITIALIZER;
+    };
+    EchoService service("S1");
+    Client client;
+    ASSERT_TRUE(client.waitForServices());
+    ZUV_Talvane_EntityUntypedImpl *const impl = client.requester->_impl;
+    const auto lend = [&](Loan &loan, DDS_Boolean take) {
+        DDS_Boolean isLoan = DDS_BOOLEAN_FALSE;
+        EXPECT_EQ(ZUV_Talvane_RequesterUntypedImpl_get_reply_loaned(
+                      impl, &loan.data, &loan.count, &isLoan, nullptr, &loan.infos, 0, 0,
+                      DDS_BOOLEAN_TRUE, 1, nullptr, take),
+                  DDS_RETCODE_OK);
+    };
+    const auto giveBack = [&](Loan &loan) {
+        EXPECT_EQ(
+            ZUV_Talvane_EntityUntypedImpl_return_loan(impl, loan.data, loan.count, &loan.infos),
+            DDS_RETCODE_OK);
+    };
+    const auto isSole = [&](const Loan &loan) {
+        return ZUV_Talvane_EntityUntypedImpl_is_sole_holderI(impl, &loan.infos) != 0;
+    };
+    Loan read, taken;
+    EXPECT_FALSE(isSole(read)) << "nothing is lent";
+    ASSERT_EQ(client.wait(client.send("hello")), DDS_RETCODE_OK);
+    lend(read, DDS_BOOLEAN_FALSE);
+    EXPECT_FALSE(isSole(read)) << "the reply can be had again";
+    lend(taken, DDS_BOOLEAN_TRUE);
+    EXPECT_FALSE(isSole(taken));
+    giveBack(read);
+    EXPECT_TRUE(isSole(taken));
+    giveBack(taken);
+}
+
 TEST(RequestReply, keepsTheRepliesOfRequestersApart)
 {
     EchoService service("S1");

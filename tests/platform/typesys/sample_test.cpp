@@ -1,6 +1,8 @@
 #include "platform/typesys/Sample.h"
 
+#include <algorithm>
 #include <cstring>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -187,6 +189,57 @@ TEST_F(SampleTest, CopyingAgainAllocatesNothing)
     ASSERT_TRUE(TestEverything_copy(&copy, &sample));
     EXPECT_EQ(heap.allocations(), 0u);
     EXPECT_STREQ(copy->text, "less");
+}
+
+TEST_F(SampleTest, HandsALongTextOverInPlaceOfACopy)
+{
+    ZUV_TEST_SAMPLE(TestEverything, sample);
+    ZUV_TEST_SAMPLE(TestEverything, wanted);
+    ZUV_TEST_SAMPLE(TestEverything, receiver);
+    fill(*sample, false);
+    DDS_String_replace(&sample->text, std::string(2000, 'n').c_str());
+    DDS_String_replace(&receiver->text, std::string(2000, 'o').c_str());
+    ASSERT_TRUE(TestEverything_copy(&wanted, &sample));
+    const char *const sent = sample->text;
+    const char *const had = receiver->text;
+    ASSERT_TRUE(ZUVSample_handOver(sample.type(), &receiver, &sample));
+    EXPECT_TRUE(ZUVSample_equals(sample.type(), &receiver, &wanted));
+    EXPECT_EQ(receiver->text, sent);
+    EXPECT_EQ(sample->text, had);
+    EXPECT_TRUE(ZUVSample_handOver(sample.type(), &receiver, &receiver));
+    EXPECT_TRUE(ZUVSample_equals(sample.type(), &receiver, &wanted));
+    EXPECT_FALSE(ZUVSample_handOver(sample.type(), nullptr, &sample));
+    EXPECT_FALSE(ZUVSample_handOver(sample.type(), &receiver, nullptr));
+}
+
+// Whoever has made room keeps it.
+TEST_F(SampleTest, CopiesATextForWhichTheReceiverHasOtherRoom)
+{
+    for (const std::size_t length : {1500, 2500}) {
+        ZUV_TEST_SAMPLE(TestEverything, sample);
+        ZUV_TEST_SAMPLE(TestEverything, receiver);
+        DDS_String_replace(&sample->text, std::string(2000, 'n').c_str());
+        DDS_String_replace(&receiver->text, std::string(length, 'o').c_str());
+        const char *const sent = sample->text;
+        ASSERT_TRUE(ZUVSample_handOver(sample.type(), &receiver, &sample));
+        EXPECT_EQ(sample->text == sent, length > 2000) << "of equal room are both afterwards";
+        EXPECT_EQ(ZUVOsapiHeap_getBlockSize(sample->text), 2001U);
+        EXPECT_EQ(ZUVOsapiHeap_getBlockSize(receiver->text),
+                  std::max<std::size_t>(2000, length) + 1);
+        EXPECT_EQ(receiver->text, std::string(2000, 'n'));
+    }
+}
+
+TEST_F(SampleTest, HandingOverThatFailsLeavesTheSource)
+{
+    ZUV_TEST_SAMPLE(TestEverything, sample);
+    ZUV_TEST_SAMPLE(TestEverything, receiver);
+    DDS_String_replace(&sample->text, std::string(2000, 'n').c_str());
+    DDS_String_replace(&receiver->text, std::string(2000, 'o').c_str());
+    DDS_String_replace(&sample->name, "9 letters");
+    EXPECT_FALSE(ZUVSample_handOver(sample.type(), &receiver, &sample));
+    EXPECT_TRUE(log_.holds({{&ZUV_LOG_ANY_FAILURE_s, "!copy text beyond its bound"}}));
+    EXPECT_EQ(sample->text, std::string(2000, 'n'));
 }
 
 TEST_F(SampleTest, CopiesAbsenceAndNull)

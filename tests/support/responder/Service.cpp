@@ -39,6 +39,31 @@ std::string textOfSize(std::size_t size)
     return text;
 }
 
+// For many large replies in a row: so many that are not acknowledged are kept, as of the commands on their way.
+struct WriterQos {
+    DDS_DataWriterQos value = {};
+
+    bool fill(DDS_DomainParticipant *participant)
+    {
+        constexpr DDS_Long kMaxSamples = 32;
+        if (DDS_DomainParticipant_get_default_datawriter_qos(participant, &value) !=
+            DDS_RETCODE_OK) {
+            return false;
+        }
+        value.reliability.kind = DDS_RELIABLE_RELIABILITY_QOS;
+        value.reliability.max_blocking_time = {10, 0};
+        value.history.kind = DDS_KEEP_ALL_HISTORY_QOS;
+        value.resource_limits.max_samples = kMaxSamples;
+        value.protocol.rtps_reliable_writer.max_send_window_size = kMaxSamples;
+        value.protocol.rtps_reliable_writer.min_send_window_size = kMaxSamples;
+        return true;
+    }
+    WriterQos() = default;
+    ~WriterQos() { DDS_DataWriterQos_finalize(&value); }
+    WriterQos(const WriterQos &) = delete;
+    WriterQos &operator=(const WriterQos &) = delete;
+};
+
 } // namespace
 
 Service::~Service()
@@ -73,10 +98,17 @@ bool Service::start()
         return false;
     }
     // Without QoS of our own both endpoints are reliable and keep everything.
+    WriterQos echoQos;
     ZUV_Talvane_ReplierParams params = {};
     params.participant = participant_;
     params.request_topic_name = kFilteredTopicName;
     params.reply_topic_name = ZUV_SERVICE_ADMIN_COMMAND_REPLY_TOPIC_NAME;
+    if (options_.isEcho) {
+        if (!echoQos.fill(participant_)) {
+            return false;
+        }
+        params.datawriter_qos = &echoQos.value;
+    }
     replier_ = ZUV_BrelServiceAdminReplier_create_w_params(&params);
     return replier_ != nullptr;
 }
