@@ -248,7 +248,8 @@ struct WantedQuestion {
     static bool ask(const void *self)
     {
         const auto &question = *static_cast<const WantedQuestion *>(self);
-        return question.isWanted(question.context, toOurs(question.scratch.infos[0]));
+        return question.isWanted(question.context, toOurs(question.scratch.infos[0]),
+                                 question.scratch.payloadSize(0));
     }
 };
 

@@ -25,8 +25,9 @@ public:
 // Not from a callback of the reader.
 void setObserver(DDS_DataReader &reader, ReaderObserver *observer);
 
-// Whether a sample is wanted, judged by its info.
-using SamplePredicate = bool (*)(const void *context, const DDS_SampleInfo &info);
+// Whether a sample is wanted, judged by its info. If so, its payload is decoded next.
+using SamplePredicate = bool (*)(const void *context, const DDS_SampleInfo &info,
+                                 std::uint32_t payloadSize);
 
 // Take the first sample that is left and wanted; those before it that are not are dropped without being decoded. The
 // caller is its holder, until he gives it to a loan or releases it in the reader's store. Null when there is none.

@@ -65,6 +65,7 @@ public:
             readKey(*payload, cell);
             return true;
         }
+        cell.payloadSize = payload->length;
         if (cell.isWanted != nullptr && !cell.isWanted(cell.context)) {
             return false;
         }
@@ -74,7 +75,6 @@ public:
                 return false;
             }
         }
-        cell.payloadSize = payload->length;
         if (ZUV_OSAPI_FAULT("dds.deserialize") ||
             !type_->plugin.deserialize(cell.store->endpointData(), cell.sample, payload->data,
                                        payload->length)) {

@@ -12,6 +12,13 @@ using zuv::dds::HeldSample;
 using zuv::dds::Loan;
 using zuv::dds::SampleStore;
 
+namespace
+{
+
+constexpr std::uint32_t kMaxSoonDecoded = 64 * 1024; // octets
+
+} // namespace
+
 Inbox::Inbox(DDS_DataReader &reader, DDS_DataWriter &writer)
     : reader_(reader), store_(zuv::dds::storeOf(reader))
 {
@@ -30,25 +37,29 @@ Inbox::~Inbox()
     }
 }
 
-bool Inbox::isMine(const void *self, const DDS_SampleInfo &info)
+bool Inbox::isMine(const void *self, const DDS_SampleInfo &info, std::uint32_t payloadSize)
 {
-    return info.valid_data &&
-           std::memcmp(info.related_sample_identity.writer_guid.value,
-                       static_cast<const Inbox *>(self)->writer_.value, sizeof(DDS_GUID_t)) == 0;
+    const auto &inbox = *static_cast<const Inbox *>(self);
+    const bool isWanted =
+        info.valid_data && std::memcmp(info.related_sample_identity.writer_guid.value,
+                                       inbox.writer_.value, sizeof(DDS_GUID_t)) == 0;
+    // Waking up takes longer than decoding this, and both may happen at once.
+    if (isWanted && payloadSize <= kMaxSoonDecoded) {
+        inbox.arrived_.notify_all();
+    }
+    return isWanted;
 }
 
 void Inbox::onDataAvailable(DDS_DataReader &reader)
 {
+    const std::lock_guard lock(mutex_);
     while (HeldSample *const sample = zuv::dds::takeSample(reader, isMine, this)) {
-        {
-            const std::lock_guard lock(mutex_);
-            replies_.push_back({sample, false});
-            bytes_ += sample->payloadSize;
-            while (replies_.size() > kMaxReplies || (bytes_ > kMaxBytes && replies_.size() > 1)) {
-                dropOldest();
-            }
+        replies_.push_back({sample, false});
+        bytes_ += sample->payloadSize;
+        while (replies_.size() > kMaxReplies || (bytes_ > kMaxBytes && replies_.size() > 1)) {
+            dropOldest();
         }
-        arrived_.notify_all();
+        arrived_.notify_all(); // nobody, if all have been told before
     }
 }
 

@@ -48,7 +48,7 @@ private:
         bool isRead;
     };
 
-    static bool isMine(const void *self, const DDS_SampleInfo &info);
+    static bool isMine(const void *self, const DDS_SampleInfo &info, std::uint32_t payloadSize);
     bool answers(const Reply &reply, const DDS_SampleIdentity_t *related) const;
     DDS_ReturnCode_t lend(const Delivery &delivery, DDS_Long count);
     DDS_ReturnCode_t copy(const Delivery &delivery, DDS_Long count);
@@ -60,10 +60,11 @@ private:
     zuv::dds::SampleStore &store_;
     DDS_GUID_t writer_;
 
-    // Taken while the middleware holds the reader's lock: the reader is never called with it held.
+    // Taken while the middleware holds the reader's lock: nobody but its thread, which has that lock already, calls the
+    // reader with this one held.
     std::mutex mutex_;
-    std::condition_variable arrived_;
-    std::vector<Reply> replies_; // oldest first
+    mutable std::condition_variable arrived_; // told before the reply is there, if that is soon
+    std::vector<Reply> replies_;              // oldest first
     std::size_t bytes_ = 0;
 };
 
