@@ -197,6 +197,7 @@ class Newcomer : public testing::Test
 protected:
     Newcomer()
     {
+        zuv_test::loopbackDomainId(); // names the profile that is loaded
         factory_->load_profiles();
         before_ = factory_->get_default_participant_qos();
         fast::DomainParticipantQos qos = before_;
