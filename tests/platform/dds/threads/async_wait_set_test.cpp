@@ -288,6 +288,7 @@ TEST_F(AsyncWaitSet, neverHandlesAConditionOnTwoThreadsAtOnce)
             if (++inside[i] != 1) {
                 collided = true;
             }
+            std::this_thread::sleep_for(std::chrono::milliseconds(1)); // still triggered
             received[i] += triggers[i]->release();
             --inside[i];
         });
