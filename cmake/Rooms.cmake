@@ -57,6 +57,12 @@ endfunction()
 # What runs under the thread sanitizer: the test programs with the label "threads".
 add_custom_target(threaded_tests)
 
+# Code that only tests runs a moment: it is optimised little, and knows its lines for a stack trace. That halves what a
+# build of all tests takes.
+function(zuv_build_lightly name)
+    target_compile_options(${name} PRIVATE $<$<NOT:$<CONFIG:Debug>>:-O1> -g1)
+endfunction()
+
 # zuv_test(<name> USES <room>... [LABELS <label>...]): one test program of all *.cpp of the folder.
 # Each test runs with the loopback profile in its environment.
 function(zuv_test name)
@@ -64,6 +70,7 @@ function(zuv_test name)
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
     add_executable(${name} ${sources})
     target_link_libraries(${name} PRIVATE test_support ${TEST_USES} GTest::gmock GTest::gtest_main)
+    zuv_build_lightly(${name})
     # Code of the same kind as that of test_support, whose precompiled headers serve all test programs.
     set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE OFF)
     target_compile_options(${name} PRIVATE -fPIC)
