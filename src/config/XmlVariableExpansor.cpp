@@ -1,6 +1,5 @@
 #include "config/XmlVariableExpansor.h"
 
-#include <cctype>
 #include <cstring>
 #include <unordered_map>
 
@@ -15,14 +14,16 @@ using zuv::xmlutils::HeapAllocator;
 namespace
 {
 
-// In documents names are equal without regard to case, since a definition replaces one that differs in case.
+// In documents names are equal without regard to case, since a definition replaces one that differs in case. The bit in
+// which letters of one name may differ does not count, whatever the locale says of letters.
 struct Hash {
+    static constexpr unsigned char kCaseBit = 'a' ^ 'A';
+
     std::size_t operator()(const char *name) const
     {
         std::size_t hash = 5381;
         for (; *name != '\0'; ++name) {
-            hash = hash * 33 +
-                   static_cast<std::size_t>(std::tolower(static_cast<unsigned char>(*name)));
+            hash = hash * 33 + (static_cast<unsigned char>(*name) | kCaseBit);
         }
         return hash;
     }

@@ -53,14 +53,12 @@ extern "C" {
 int MAVOString_inCompare(const char *left, const char *right, size_t length)
 {
     for (size_t index = 0; index < length; ++index) {
-        // Names mostly begin alike, letter by letter: only a difference asks for its case.
-        if (left[index] != right[index]) {
-            const auto l = static_cast<unsigned char>(lower(left[index]));
-            const auto r = static_cast<unsigned char>(lower(right[index]));
-            if (l != r) {
-                return l < r ? -1 : 1;
-            }
-        } else if (left[index] == '\0') {
+        const auto l = static_cast<unsigned char>(lower(left[index]));
+        const auto r = static_cast<unsigned char>(lower(right[index]));
+        if (l != r) {
+            return l < r ? -1 : 1;
+        }
+        if (l == '\0') {
             return 0;
         }
     }

@@ -109,12 +109,6 @@ inline void countRelease(Account &account, std::uint32_t tag, std::size_t size)
     moveBytes(account, account.tags[tag], -static_cast<std::int64_t>(size));
 }
 
-inline void countAllocation(std::uint32_t tag, std::size_t size)
-{
-    Account *const account = ownAccount();
-    account != nullptr ? countAllocation(*account, tag, size) : countAllocationApart(tag, size);
-}
-
 inline void countRelease(std::uint32_t tag, std::size_t size)
 {
     Account *const account = ownAccount();
