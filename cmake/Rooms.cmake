@@ -1,7 +1,7 @@
 # A room is one folder of src/: a static library of all its sources, which may use the rooms it names and
 # nothing else. Every target gets the same warnings, and warnings are errors.
 
-option(ZUV_BUILD_FUZZERS "Build the fuzz targets alone (needs clang)" OFF)
+option(ZUV_BUILD_FUZZERS "Build fuzz targets that search, not only replay (needs clang)" OFF)
 option(ZUV_BUILD_BENCHMARKS "Build the benchmarks" ON)
 set(ZUV_SANITIZE "" CACHE STRING "Sanitizers for every target, as -fsanitize takes them")
 
@@ -18,12 +18,15 @@ endif()
 if(ZUV_SANITIZE)
     target_compile_options(zuv_settings INTERFACE -fsanitize=${ZUV_SANITIZE} -fno-sanitize-recover=all)
     target_link_options(zuv_settings INTERFACE -fsanitize=${ZUV_SANITIZE})
+    if(CMAKE_CXX_COMPILER_ID STREQUAL Clang)
+        # An enumeration that comes from a program in C may hold any number.
+        target_compile_options(zuv_settings INTERFACE -fno-sanitize=enum)
+        # What GCC tells sources of itself.
+        string(REGEX MATCH "address|thread" kind ${ZUV_SANITIZE})
+        string(TOUPPER ${kind} kind)
+        target_compile_definitions(zuv_settings INTERFACE __SANITIZE_${kind}__)
+    endif()
 endif()
-if(ZUV_BUILD_FUZZERS)
-    # Coverage counters in every room, or the fuzzer searches blindly.
-    target_compile_options(zuv_settings INTERFACE -fsanitize=fuzzer-no-link)
-endif()
-
 # Every room can be part of a library that links what all of them link: see packaging/.
 set(CMAKE_FIND_PACKAGE_TARGETS_GLOBAL ON)
 
@@ -46,6 +49,10 @@ function(zuv_room name)
     set_property(GLOBAL APPEND PROPERTY ZUV_ROOMS ${name})
     set_property(GLOBAL APPEND PROPERTY ZUV_ROOM_LIBRARIES ${ROOM_PRIVATE})
     target_link_libraries(${name} PUBLIC zuv_settings ${ROOM_USES} PRIVATE ${ROOM_PRIVATE})
+    if(ZUV_BUILD_FUZZERS)
+        # Coverage counters in every room, or the fuzzer searches blindly.
+        target_compile_options(${name} PRIVATE -fsanitize=fuzzer-no-link)
+    endif()
     if(ROOM_TEXTS)
         zuv_embed_texts(${name} HEADER ${ROOM_TEXTS_HEADER} TEXTS ${ROOM_TEXTS})
     endif()
@@ -57,10 +64,10 @@ endfunction()
 # What runs under the thread sanitizer: the test programs with the label "threads".
 add_custom_target(threaded_tests)
 
-# Code that only tests runs a moment: it is optimised little, and knows its lines for a stack trace. That halves what a
+# Code that only tests runs a moment: it is not optimised, and knows its lines for a stack trace. That halves what a
 # build of all tests takes.
 function(zuv_build_lightly name)
-    target_compile_options(${name} PRIVATE $<$<NOT:$<CONFIG:Debug>>:-O1> -g1)
+    target_compile_options(${name} PRIVATE -O0 -g1)
 endfunction()
 
 # zuv_test(<name> USES <room>... [LABELS <label>...]): one test program of all *.cpp of the folder.

@@ -301,8 +301,8 @@ DDS_DataReaderListener readerListener(Heard &heard)
 
 TEST(Listeners, hearOfTheStatusesInTheirMask)
 {
+    Heard all, some; // the readers, which go with the link, tell them of that too
     Link<AnswerType> link;
-    Heard all, some;
     const DDS_DataReaderListener everything = readerListener(all);
     const DDS_DataReaderListener matchesOnly = readerListener(some);
     DDS_TopicDescription *const description = DDS_Topic_as_topicdescription(link.topic);

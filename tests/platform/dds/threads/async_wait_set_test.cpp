@@ -35,7 +35,6 @@ class Trigger
 {
 public:
     explicit Trigger(DDS_DomainParticipant *participant, const std::string &name)
-        : participant_(participant)
     {
         topic_ = DDS_DomainParticipant_create_topic(participant, name.c_str(),
                                                     zuv_test::AnswerType::name(),
@@ -90,7 +89,6 @@ public:
     }
 
 private:
-    DDS_DomainParticipant *participant_;
     DDS_Topic *topic_ = nullptr;
     DDS_DataReader *reader_ = nullptr;
     DDS_DataWriter *writer_ = nullptr;
