@@ -211,7 +211,7 @@ protected:
         }
         factory_->set_default_participant_qos(qos);
 
-        std::ifstream profile(PROFILES "/loopback.xml");
+        std::ifstream profile(EXAMPLE_PROFILES "/loopback.xml");
         std::string text{std::istreambuf_iterator<char>(profile), {}};
         replace(text, "<sec>5</sec>", "<sec>200</sec>");
         replace(text, "<sec>0</sec>", "<sec>60</sec>");

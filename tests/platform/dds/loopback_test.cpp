@@ -83,7 +83,7 @@ TEST(Loopback, isWhereAParticipantStaysWithoutAProfile)
 
 TEST(Loopback, isWhereAParticipantStaysWithTheLoopbackProfile)
 {
-    expectLoopbackAlone(probe("FASTRTPS_DEFAULT_PROFILES_FILE=" PROFILES "/loopback.xml"));
+    expectLoopbackAlone(probe("FASTRTPS_DEFAULT_PROFILES_FILE=" EXAMPLE_PROFILES "/loopback.xml"));
 }
 
 TEST(Loopback, isWhereAParticipantStaysWhenTheProfileIsMissing)
@@ -93,7 +93,7 @@ TEST(Loopback, isWhereAParticipantStaysWhenTheProfileIsMissing)
 
 TEST(Loopback, isLeftOnlyByTheProfileThatSaysSo)
 {
-    const Traces traces = probe("FASTRTPS_DEFAULT_PROFILES_FILE=" PROFILES "/network.xml");
+    const Traces traces = probe("FASTRTPS_DEFAULT_PROFILES_FILE=" EXAMPLE_PROFILES "/network.xml");
     EXPECT_THAT(traces.udp, testing::Contains("00000000"));
     EXPECT_THAT(traces.igmp, testing::Contains(Not(std::string(kAllHostsGroup))));
 }

@@ -1,6 +1,7 @@
 // Participants of one process that know each other, and go.
 #include <memory>
 
+#include <fastrtps/xmlparser/XMLProfileManager.h>
 #include <gtest/gtest.h>
 
 #include "Domain.h"
@@ -31,6 +32,15 @@ TEST(Neighbours, mayGoOneRightAfterTheOther)
         write(second->writer, Answer(round));
         second.reset();
     }
+}
+
+// Not by calls from one into the other, whose locks a departing neighbour would leave dangling.
+TEST(Neighbours, reachEachOtherThroughTheTransports)
+{
+    const Link<AnswerType> link;
+    EXPECT_EQ(
+        eprosima::fastrtps::xmlparser::XMLProfileManager::library_settings().intraprocess_delivery,
+        eprosima::fastrtps::INTRAPROCESS_OFF);
 }
 
 } // namespace
