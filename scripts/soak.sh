@@ -7,7 +7,8 @@ usage() {
     cat <<'TEXT'
 Usage: scripts/soak.sh [--short] [--build FOLDER] [--seconds N] [--shells N] [--services N]
 
-  --short      a quarter of a minute with few shells, as the tests run it
+  --short      a quarter of a minute with few shells, as the tests run it; longer when a slow machine needs it to have
+               commands enough
   --build      what was built: build/release without this
   --seconds    how long, 300 without this
   --shells     how many shells at once, 50 without this

@@ -25,17 +25,25 @@ namespace
 
 using zuv_test::LogCapture;
 
-// A clock that stands until it is set.
-struct StandingClock {
-    ZUVClock base = {&StandingClock::getTime};
+// A clock that stands until it is set, or follows another; tests can wait until it was read.
+struct TestClock {
+    ZUVClock base = {&TestClock::getTime};
+    ZUVClock *followed = nullptr;
     std::mutex mutex;
+    std::condition_variable wasRead;
     ZUVNtpTime time = {1000, 0};
     bool isBroken = false;
+    bool isRead = false;
 
     static int getTime(ZUVClock *self, ZUVNtpTime *now)
     {
-        auto *clock = reinterpret_cast<StandingClock *>(self);
+        auto *clock = reinterpret_cast<TestClock *>(self);
         const std::lock_guard lock(clock->mutex);
+        clock->isRead = true;
+        clock->wasRead.notify_all();
+        if (clock->followed != nullptr) {
+            return clock->followed->getTime(clock->followed, now);
+        }
         *now = clock->time;
         return clock->isBroken ? 0 : 1;
     }
@@ -50,6 +58,18 @@ struct StandingClock {
     {
         const std::lock_guard lock(mutex);
         isBroken = broken;
+    }
+
+    void forgetReading()
+    {
+        const std::lock_guard lock(mutex);
+        isRead = false;
+    }
+
+    bool waitForReading()
+    {
+        std::unique_lock lock(mutex);
+        return wasRead.wait_for(lock, std::chrono::seconds(20), [&] { return isRead; });
     }
 };
 
@@ -104,15 +124,16 @@ class Generator : public testing::Test
 protected:
     Generator() : Generator(nullptr) {}
 
-    explicit Generator(ZUVClock *clock)
-        : clock_(clock != nullptr ? clock : &standing_.base), factory_(MAVOWorkerFactory_new(2)),
-          timer_(ZUVEventSmartTimer_new()),
+    explicit Generator(ZUVClock *followed)
+        : factory_(MAVOWorkerFactory_new(2)), timer_(ZUVEventSmartTimer_new()),
           noting_([this](ZUVNtpTime *, const ZUVNtpTime *, const ZUVNtpTime *, const ZUVNtpTime *,
                          ZUVEventGeneratorListenerStorage *storage, MAVOWorker *) {
+              clock_.forgetReading();
               journal_.add(static_cast<int64_t>(reinterpret_cast<intptr_t>(storage->field[0])));
               return 0;
           })
     {
+        clock_.followed = followed;
         generator_ = start({});
     }
 
@@ -128,8 +149,8 @@ protected:
 
     ZUVEventActiveGenerator *start(const ZUVEventActiveGeneratorListener &listener)
     {
-        return ZUVEventActiveGenerator_new("events", factory_, clock_, timer_, &listener, nullptr,
-                                           nullptr, nullptr, nullptr);
+        return ZUVEventActiveGenerator_new("events", factory_, &clock_.base, timer_, &listener,
+                                           nullptr, nullptr, nullptr, nullptr);
     }
 
     // Replace the generator by one with this listener.
@@ -153,8 +174,11 @@ protected:
         return post(sec, noting_, number, bytesToCompare);
     }
 
-    StandingClock standing_;
-    ZUVClock *clock_;
+    // Until the generator has compared the clock with what is left, and so sleeps by what the clock says now: behind the
+    // noted event that ran last, or the post of the only one.
+    void letFallAsleep() { ASSERT_TRUE(clock_.waitForReading()); }
+
+    TestClock clock_;
     MAVOWorkerFactory *factory_;
     ZUVEventTimer *timer_;
     Journal journal_;
@@ -183,7 +207,8 @@ TEST_F(Generator, anEventWaitsForItsTime)
     note(1001, 2);
     note(1000, 1);
     EXPECT_EQ(journal_.waitFor(1), (Entries{1}));
-    standing_.set(1001);
+    letFallAsleep();
+    clock_.set(1001);
     note(1000, 3); // lets the thread look at the clock
     EXPECT_EQ(journal_.waitFor(3), (Entries{1, 3, 2}));
 }
@@ -191,8 +216,9 @@ TEST_F(Generator, anEventWaitsForItsTime)
 TEST_F(Generator, aJumpOfTheClockIsNoticedWithAnEarlierEvent)
 {
     note(5000, 1);
+    letFallAsleep();
     note(6000, 2);
-    standing_.set(5500);
+    clock_.set(5500);
     note(4000, 0);
     EXPECT_EQ(journal_.waitFor(2), (Entries{0, 1}));
 }
@@ -201,7 +227,7 @@ TEST_F(Generator, anInfiniteTimeIsNeverReached)
 {
     note(0xFFFFFFFF, 1);
     note(0x1FFFFFFFF, 2);
-    standing_.set(0x2FFFFFFFF);
+    clock_.set(0x2FFFFFFFF);
     note(0xFFFFFFFE, 3);
     EXPECT_EQ(journal_.waitFor(1), (Entries{3}));
     note(0xFFFFFFFE, 4); // behind the others, had they been due
@@ -333,12 +359,12 @@ TEST_F(Generator, tellsTheStartAndTheEndOfItsThread)
 TEST_F(Generator, aClockThatFailsIsAskedAgain)
 {
     const LogCapture log;
-    standing_.setBroken(true);
+    clock_.setBroken(true);
     note(1, 1);
     while (log.lines().empty()) {
         std::this_thread::yield();
     }
-    standing_.setBroken(false);
+    clock_.setBroken(false);
     EXPECT_EQ(journal_.waitFor(1), (Entries{1}));
     EXPECT_TRUE(log.holds({{&ZUV_LOG_GET_FAILURE_s, "!get time of the event generator's clock"}}));
 }
@@ -373,12 +399,12 @@ TEST_F(Generator, missingArgumentsAreReported)
         return ZUVEventActiveGenerator_new(name, factory, clock, timer, told, reserved, nullptr,
                                            nullptr, nullptr);
     };
-    EXPECT_EQ(make(nullptr, factory_, clock_, timer_, &listener, nullptr), nullptr);
-    EXPECT_EQ(make("x", nullptr, clock_, timer_, &listener, nullptr), nullptr);
+    EXPECT_EQ(make(nullptr, factory_, &clock_.base, timer_, &listener, nullptr), nullptr);
+    EXPECT_EQ(make("x", nullptr, &clock_.base, timer_, &listener, nullptr), nullptr);
     EXPECT_EQ(make("x", factory_, nullptr, timer_, &listener, nullptr), nullptr);
-    EXPECT_EQ(make("x", factory_, clock_, nullptr, &listener, nullptr), nullptr);
-    EXPECT_EQ(make("x", factory_, clock_, timer_, nullptr, nullptr), nullptr);
-    EXPECT_EQ(make("x", factory_, clock_, timer_, &listener, "reserved"), nullptr);
+    EXPECT_EQ(make("x", factory_, &clock_.base, nullptr, &listener, nullptr), nullptr);
+    EXPECT_EQ(make("x", factory_, &clock_.base, timer_, nullptr, nullptr), nullptr);
+    EXPECT_EQ(make("x", factory_, &clock_.base, timer_, &listener, "reserved"), nullptr);
     const ZUVNtpTime time = {};
     const auto *base = &noting_.base;
     EXPECT_EQ(ZUVEventActiveGenerator_postEvent(nullptr, &time, &time, base, nullptr, 0, 0), 0);
@@ -437,7 +463,8 @@ protected:
     {
         ZUVNtpTime now;
         ZUVNtpTime span;
-        clock_->getTime(clock_, &now);
+        ZUVClock *const clock = ZUVClock_getMonotonic();
+        clock->getTime(clock, &now);
         ZUVNtpTime_fromNanoseconds(&span, nanoseconds);
         ZUVNtpTime_add(&now, &now, &span);
         return now;
@@ -461,7 +488,7 @@ TEST_F(GeneratorInRealTime, anEventRunsAtItsTimeAndNotBefore)
 TEST_F(GeneratorInRealTime, anEarlierEventCutsTheSleepShort)
 {
     note(in(3'600'000'000'000).sec, 2);
-    std::this_thread::sleep_for(std::chrono::milliseconds(10)); // let it fall asleep
+    letFallAsleep();
     note(in(0).sec, 1);
     EXPECT_EQ(journal_.waitFor(1), (Entries{1}));
 }
@@ -469,7 +496,7 @@ TEST_F(GeneratorInRealTime, anEarlierEventCutsTheSleepShort)
 TEST_F(GeneratorInRealTime, theLastFiniteTimeDoesNotOverflowTheSleep)
 {
     note(0xFFFFFFFE, 2);
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    letFallAsleep();
     note(0, 1);
     EXPECT_EQ(journal_.waitFor(1), (Entries{1}));
 }
