@@ -29,10 +29,12 @@ using std::chrono::seconds;
 constexpr int kRouteCount = 50;
 constexpr int kTimeout = 20; // of a shell, in seconds
 constexpr milliseconds kLongestPause{150};
-constexpr long kPortKiB = 64; // what the middleware keeps of each shell that has come, at the most
+// What the middleware keeps of each port that it has sent to, at the most, and how many of them there are.
+constexpr long kPortKiB = 64;
+constexpr long kPorts = 256;
 constexpr long kLeastAnswers = 20; // that tell something, for each shell at once
-constexpr seconds kPatience{
-    150}; // beyond the time, until there are so many: a sanitizer's shell starts slowly
+// How long it goes on for these, at the most: a sanitizer's shell takes seconds to start.
+constexpr seconds kPatience{150};
 constexpr seconds kDiscovery{5}; // after which a service that was started is known to all
 // What runs at least so long has its last service restarted, and is expected to be flat within narrow bounds.
 constexpr seconds kLongRun{60};
@@ -328,7 +330,7 @@ void report(const Services &services, bool isLong)
         const double tolerance = isSanitized ? 10 : isLong ? 0.05 : 0.25;
         compare(*service, "memory, KiB", &Usage::memoryKiB, tolerance, 1024);
         compare(*service, "shared, KiB", &Usage::sharedKiB, 0,
-                1024 + kPortKiB * tally.shells.load());
+                1024 + kPortKiB * std::min(kPorts, tally.shells.load()));
         compare(*service, "files", &Usage::files, 0, 2);
         compare(*service, "threads", &Usage::threads, 0, 1);
     }

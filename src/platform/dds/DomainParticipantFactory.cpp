@@ -56,7 +56,7 @@ fast::DomainParticipant *createFast(DDS_Long domainId, const DDS_DomainParticipa
     fast::DomainParticipantQos fastQos = factory->get_default_participant_qos();
     zuv::dds::applyLoopbackUnlessConfigured(fastQos);
     zuv::dds::useDiscoveryPort(domainId, portSlot, fastQos);
-    zuv::dds::useFreshDataPort(domainId, fastQos);
+    zuv::dds::useDataPort(domainId, fastQos);
     zuv::dds::mapQos(qos, fastQos);
     const auto gate = zuv::dds::putGateBehind(fastQos.transport());
     fast::DomainParticipant *const made =

@@ -7,6 +7,9 @@
 #include <mutex>
 #include <random>
 #include <set>
+#include <string>
+
+#include <unistd.h>
 
 #include <fastdds/dds/domain/qos/DomainParticipantQos.hpp>
 #include <fastdds/rtps/transport/UDPTransportDescriptor.h>
@@ -47,6 +50,32 @@ std::uint32_t randomBetween(std::uint32_t least, std::uint32_t greatest)
     return std::uniform_int_distribution<std::uint32_t>(least, greatest)(generator);
 }
 
+constexpr std::uint32_t kFirstDataPort =
+    61000; // behind those that systems give to whoever asks for any
+constexpr std::uint32_t kGreatestPort = 65000; // some are left for the search of a free one
+
+// Whether somebody listens at a port in shared memory, or was killed while it did. The middleware keeps a locked file
+// for that time, which a killed process leaves behind.
+bool isPortTaken(std::uint32_t port)
+{
+    const std::string path = "/dev/shm/fastrtps_port" + std::to_string(port) + "_el";
+    return access(path.c_str(), F_OK) == 0;
+}
+
+// One of the range that begins there, from a random one on, so that those who start at once meet rarely. When two do, the
+// later one finds the port locked, and the middleware goes on to the next. Beyond the range when all of it is taken.
+std::uint32_t chooseDataPort(std::uint32_t first)
+{
+    const std::uint32_t offset = randomBetween(0, kDataPortCount - 1);
+    for (std::uint32_t index = 0; index < kDataPortCount; ++index) {
+        const std::uint32_t port = first + (offset + index) % kDataPortCount;
+        if (!isPortTaken(port)) {
+            return port;
+        }
+    }
+    return randomBetween(first + kDataPortCount, kGreatestPort);
+}
+
 } // namespace
 
 int reservePortSlot(DDS_Long domainId)
@@ -79,10 +108,8 @@ void useDiscoveryPort(DDS_Long domainId, int slot,
     }
 }
 
-void useFreshDataPort(DDS_Long domainId, eprosima::fastdds::dds::DomainParticipantQos &qos)
+void useDataPort(DDS_Long domainId, eprosima::fastdds::dds::DomainParticipantQos &qos)
 {
-    constexpr std::uint32_t kGreatestPort = 65000; // some are left for the search of a free one
-    constexpr std::uint32_t kLeastChoice = 1000;
     // The middleware counts the participants of a process, and adds to the port for each.
     static std::atomic<std::uint32_t> madeCount{0};
     const std::uint32_t made = madeCount.fetch_add(1);
@@ -91,8 +118,9 @@ void useFreshDataPort(DDS_Long domainId, eprosima::fastdds::dds::DomainParticipa
     const std::uint32_t base =
         ports.portBase + ports.domainIDGain * static_cast<std::uint32_t>(domainId);
     const std::uint32_t least = base + ports.participantIDGain * made + ports.offsetd3;
-    if (staysOnThisMachine(qos.transport()) && least + kLeastChoice <= kGreatestPort) {
-        const std::uint32_t port = randomBetween(least, kGreatestPort);
+    const std::uint32_t first = std::max(least, kFirstDataPort);
+    if (staysOnThisMachine(qos.transport()) && first + kDataPortCount <= kGreatestPort) {
+        const std::uint32_t port = chooseDataPort(first);
         ports.offsetd3 = static_cast<std::uint16_t>(ports.offsetd3 + port - least);
     }
 }

@@ -6,6 +6,8 @@
 #ifndef ZUV_PLATFORM_DDS_PORTS_HPP
 #define ZUV_PLATFORM_DDS_PORTS_HPP
 
+#include <cstdint>
+
 #include "platform/typesys/Types.h"
 
 namespace eprosima::fastdds::dds
@@ -27,11 +29,16 @@ void releasePortSlot(DDS_Long domainId, int slot);
 void useDiscoveryPort(DDS_Long domainId, int slot,
                       eprosima::fastdds::dds::DomainParticipantQos &qos);
 
-// Let data come in at a port that nobody has used before, if the participant stays on this machine. Ports in shared
-// memory are files, which a killed process leaves behind: when another one takes over such a port, those that still have
-// it open go on writing to the old file, and never reach the new owner. Others learn the port by discovery, so it may be
-// any. Towards a network, where firewalls know the ports, they stay the standard's.
-void useFreshDataPort(DDS_Long domainId, eprosima::fastdds::dds::DomainParticipantQos &qos);
+// How many ports data may come in at, of all participants that stay on this machine.
+inline constexpr std::uint32_t kDataPortCount = 256;
+
+// Let data come in at one of so many ports, if the participant stays on this machine: at one where nobody listens, and
+// nobody was killed while listening. Ports in shared memory are files. Whoever sends keeps those that it has sent to
+// open, which is why they are few: the next one at a port that was left finds the same file. But a killed process
+// leaves its file in a state in which the next one replaces it; those that still have it open would go on writing to the
+// old file, and never reach the new owner. Others learn the port by discovery, so it may be any. Towards a network,
+// where firewalls know the ports, they stay the standard's.
+void useDataPort(DDS_Long domainId, eprosima::fastdds::dds::DomainParticipantQos &qos);
 
 } // namespace zuv::dds
 
