@@ -1,5 +1,6 @@
 #include "Configuration.h"
 
+#include <cctype>
 #include <vector>
 
 #include "Reports.h"
@@ -101,6 +102,43 @@ std::string inlineText(const std::string &body)
     return ZUV_BrelServiceAdminSupport_getXmlCodeFromStringBodyContent(content.data());
 }
 
+// "domain_route" becomes "DomainRoute".
+std::string camelCase(const std::string &tag)
+{
+    std::string name;
+    bool isUpper = true;
+    for (const char letter : tag) {
+        if (letter != '_') {
+            name += isUpper ? static_cast<char>(std::toupper(letter)) : letter;
+        }
+        isUpper = letter == '_';
+    }
+    return name;
+}
+
+// The snippet of an entity with a name. Without one of its own the libraries would give it the number that it has among
+// its siblings, which may be taken when one in front of the last was deleted: then it gets the next free one.
+std::string withName(const Object *parent, std::string snippet)
+{
+    const Tree tree(ZUVXMLUTILSParser_parseString(snippet.c_str()));
+    if (tree == nullptr || ZUVXMLUTILSObject_getAttribute(tree.get(), "name") != nullptr) {
+        return snippet;
+    }
+    const std::string tag = ZUVXMLUTILSObject_getTagName(tree.get());
+    int number = 1;
+    const Object *sibling = ZUVXMLUTILSObject_getFirstChildWithTag(parent, tag.c_str());
+    for (; sibling != nullptr;
+         sibling = ZUVXMLUTILSObject_getNextSiblingWithTag(sibling, tag.c_str())) {
+        ++number;
+    }
+    std::string name = camelCase(tag) + std::to_string(number);
+    while (ZUVXMLUTILSObject_lookUpChild(parent, name.c_str()) != nullptr) {
+        name = camelCase(tag) + std::to_string(++number);
+    }
+    const std::size_t end = snippet.find("<" + tag) + 1 + tag.size();
+    return snippet.insert(end, " name=\"" + name + "\"");
+}
+
 } // namespace
 
 std::unique_ptr<Configuration> Configuration::read(const Options &options, std::string body)
@@ -194,7 +232,8 @@ bool Configuration::update(const Entity &target, const std::string &snippet)
 
 bool Configuration::create(const Entity &parent, const std::string &snippet, Entity &created)
 {
-    Object *const added = BRELCfgFileParser_loadEntity(parser_.get(), parent.xml, snippet.c_str());
+    Object *const added = BRELCfgFileParser_loadEntity(parser_.get(), parent.xml,
+                                                       withName(parent.xml, snippet).c_str());
     if (added != nullptr) {
         created = {added, BRELCfgFileParser_getEntityKind(added)};
     }

@@ -349,6 +349,35 @@ TEST_F(Create, withADocumentMakesThatEntity)
     EXPECT_EQ(ask("save S1"), result("saved to saved.xml"));
 }
 
+TEST_F(Create, passesOverNumbersThatAreTaken)
+{
+    start();
+    const auto created = [](const std::string &name) {
+        return result("created " + name + ", empty: the request brings no document");
+    };
+    EXPECT_EQ(ask("create S1 session dr1 x"), created("dr1::Session2"));
+    EXPECT_EQ(ask("create S1 session dr1 x"), created("dr1::Session3"));
+    EXPECT_EQ(ask("create S1 session dr1 x"), created("dr1::Session4"));
+    EXPECT_EQ(ask("delete S1 dr1::Session2"), result("deleted dr1::Session2"));
+    EXPECT_EQ(ask("create S1 session dr1 x"), created("dr1::Session5"));
+    EXPECT_EQ(ask("delete S1 dr1::Session3"), result("deleted dr1::Session3"));
+    EXPECT_EQ(ask("delete S1 dr1::Session4"), result("deleted dr1::Session4"));
+    EXPECT_EQ(ask("create S1 session dr1 x"), created("dr1::Session3"));
+    Client client;
+    const std::string routes[] = {"str://\"<auto_topic_route><input participant='left'/>"
+                                  "<output participant='right'/></auto_topic_route>\"",
+                                  "str://\"<auto_topic_route name='AutoTopicRoute4'><input "
+                                  "participant='left'/><output participant='right'/>"
+                                  "</auto_topic_route>\""};
+    EXPECT_EQ(client.send(kCreate, "dr1::s1", routes[1]),
+              result("created dr1::s1::AutoTopicRoute4"));
+    EXPECT_EQ(client.send(kCreate, "dr1::s1", routes[0]),
+              result("created dr1::s1::AutoTopicRoute3"));
+    EXPECT_EQ(client.send(kCreate, "dr1::s1", routes[0]),
+              result("created dr1::s1::AutoTopicRoute5"));
+    EXPECT_EQ(ask("save S1"), result("saved to saved.xml"));
+}
+
 class Delete : public ServiceTest
 {
 };

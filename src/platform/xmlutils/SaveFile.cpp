@@ -6,6 +6,7 @@
 #include <memory>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -42,10 +43,10 @@ SaveFile::SaveFile(const char *target) : target_(resolved(target)) {}
 
 SaveFile::~SaveFile()
 {
-    close();
     if (!path_.empty()) {
         unlink(path_.c_str());
     }
+    close();
 }
 
 void SaveFile::close()
@@ -61,22 +62,41 @@ bool SaveFile::open()
     if (!passes("xmlutils.save.open")) {
         return false;
     }
-    // No name that somebody else may be writing to.
     constexpr int kAttempts = 100;
-    for (int attempt = 0; file_ < 0 && attempt < kAttempts; ++attempt) {
-        char suffix[48];
-        std::snprintf(suffix, sizeof(suffix), ".%d-%d.tmp", static_cast<int>(getpid()), attempt);
+    bool isMine = false;
+    for (int attempt = 0; !isMine && attempt < kAttempts; ++attempt) {
+        char suffix[16];
+        std::snprintf(suffix, sizeof(suffix), ".%d.tmp", attempt);
         path_ = target_ + suffix;
-        file_ = ::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        if (file_ < 0 && errno != EEXIST) {
-            break;
-        }
+        isMine = claim();
     }
-    if (file_ < 0) {
+    if (!isMine) {
         path_.clear();
         return false;
     }
     return takePermissions();
+}
+
+// Whoever writes to the file holds a lock on it, from here until it has another name or none. So one that a killed process
+// has left is free, and is written anew; one that is somebody else's in any way is not touched.
+bool SaveFile::claim()
+{
+    file_ = ::open(path_.c_str(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0666);
+    if (file_ < 0) {
+        return false;
+    }
+    struct stat opened = {};
+    struct stat named = {};
+    const bool isMine = flock(file_, LOCK_EX | LOCK_NB) == 0 && fstat(file_, &opened) == 0 &&
+                        lstat(path_.c_str(), &named) == 0 && opened.st_dev == named.st_dev &&
+                        opened.st_ino == named.st_ino && S_ISREG(opened.st_mode) &&
+                        opened.st_nlink == 1 && opened.st_uid == geteuid() &&
+                        ftruncate(file_, 0) == 0;
+    if (!isMine) {
+        close();
+        errno = EBUSY;
+    }
+    return isMine;
 }
 
 bool SaveFile::takePermissions()
@@ -112,11 +132,11 @@ bool SaveFile::replace()
     if (!passes("xmlutils.save.sync") || fsync(file_) != 0) {
         return false;
     }
-    close();
     if (!passes("xmlutils.save.rename") || rename(path_.c_str(), target_.c_str()) != 0) {
         return false;
     }
     path_.clear();
+    close();
     return syncFolder();
 }
 

@@ -29,6 +29,7 @@ public:
     const char *target() const { return target_.c_str(); }
 
 private:
+    bool claim();
     bool takePermissions();
     bool syncFolder() const;
     void close();

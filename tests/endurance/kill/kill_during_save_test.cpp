@@ -163,7 +163,9 @@ TEST_F(KillDuringSave, atEachCallOfItLeavesTheFormerFileOrTheNewOne)
     std::printf("killed at %d calls, %d files are new\n", deaths, newOnes);
     // Opening, writing, syncing, closing and renaming at least.
     EXPECT_GE(deaths, 5);
-    EXPECT_EQ(newOnes, 2) << "killed behind the renaming, and not killed";
+    EXPECT_EQ(newOnes, 3) << "killed behind the renaming, then at closing, and not killed";
+    EXPECT_EQ(folder_.files(), std::vector<std::string>{"S.xml"})
+        << "the last save clears away what killed ones have left";
 }
 
 } // namespace

@@ -108,6 +108,35 @@ TEST_F(XmlSave, throwsAwayWhatWasNotFinished)
     EXPECT_EQ(folder.fileCount(), 1U);
 }
 
+TEST_F(XmlSave, writesOverWhatAKilledOneHasLeft)
+{
+    folder.write("a.xml", "old");
+    folder.write("a.xml.0.tmp", "half of what was to be saved");
+    const Context context = open("a.xml");
+    ZUVXMLUTILSSaveContext_print(context.get(), "new");
+    EXPECT_EQ(ZUVXMLUTILSSaveContext_finish(context.get()), 1);
+    EXPECT_EQ(folder.read("a.xml"), "new");
+    EXPECT_EQ(folder.fileCount(), 1U);
+}
+
+TEST_F(XmlSave, writesToNoFileThatIsSomebodyElses)
+{
+    folder.write("a.xml", "old");
+    const Context first = open("a.xml");
+    ZUVXMLUTILSSaveContext_print(first.get(), "first");
+    folder.write("precious", "kept");
+    std::filesystem::create_symlink("precious", folder / "a.xml.1.tmp");
+    std::filesystem::create_hard_link(folder / "precious", folder / "a.xml.2.tmp");
+    const Context second = open("a.xml");
+    ZUVXMLUTILSSaveContext_print(second.get(), "second");
+    EXPECT_EQ(ZUVXMLUTILSSaveContext_finish(second.get()), 1);
+    EXPECT_EQ(folder.read("a.xml"), "second");
+    EXPECT_EQ(ZUVXMLUTILSSaveContext_finish(first.get()), 1);
+    EXPECT_EQ(folder.read("a.xml"), "first");
+    EXPECT_EQ(folder.read("precious"), "kept");
+    EXPECT_EQ(folder.fileCount(), 4U);
+}
+
 TEST_F(XmlSave, replacesWhatALinkLeadsTo)
 {
     folder.write("real.xml", "old");
