@@ -2,6 +2,7 @@
 #ifndef ZUV_CONFIG_XML_SUPPORT_HPP
 #define ZUV_CONFIG_XML_SUPPORT_HPP
 
+#include <cstring>
 #include <memory>
 
 #include "config/XmlSupport.h"
@@ -20,8 +21,18 @@ using TreePointer = std::unique_ptr<ZUVXMLUTILSObject, TreeDeleter>;
 
 // The tag of a document's root.
 constexpr const char *kDocumentTag = "dds";
+constexpr const char *kServiceTag = "brel_service";
 
-bool hasTag(const ZUVXMLUTILSObject *xmlObject, const char *tag);
+// Most tags differ in their first letter, which takes no call.
+inline bool isSameTag(const char *tag, const char *other)
+{
+    return *tag == *other && std::strcmp(tag, other) == 0;
+}
+
+inline bool hasTag(const ZUVXMLUTILSObject *xmlObject, const char *tag)
+{
+    return isSameTag(ZUVXMLUTILSObject_getTagName(xmlObject), tag);
+}
 
 } // namespace brel
 

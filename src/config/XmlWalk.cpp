@@ -7,16 +7,6 @@
 #include "config/XmlSupport.hpp"
 #include "platform/osapi/HeapBulk.hpp"
 
-namespace brel
-{
-
-bool hasTag(const ZUVXMLUTILSObject *xmlObject, const char *tag)
-{
-    return std::strcmp(ZUVXMLUTILSObject_getTagName(xmlObject), tag) == 0;
-}
-
-} // namespace brel
-
 namespace
 {
 
@@ -97,11 +87,11 @@ private:
         if (hasVariables_ && !expand(xmlObject)) {
             return false;
         }
-        if (BRELCfgFileParser_lookUpExtension(&parser_, ZUVXMLUTILSObject_getTagName(xmlObject)) ==
-            nullptr) {
+        const char *const tag = ZUVXMLUTILSObject_getTagName(xmlObject);
+        if (BRELCfgFileParser_lookUpExtension(&parser_, tag) == nullptr) {
             return true;
         }
-        if (BRELCfgFileService_isXmlServiceObject(xmlObject)) {
+        if (brel::isSameTag(tag, brel::kServiceTag)) {
             replaceDefault(xmlObject);
         }
         if (!BRELXmlUtils_setAutoName(xmlObject)) {
@@ -254,7 +244,7 @@ extern "C" {
 int BRELCfgFileParser_initializeExtensionsI(BRELCfgFileParser *self, ZUVXMLUTILSObject *xmlObject)
 {
     const char *const tag = ZUVXMLUTILSObject_getTagName(xmlObject);
-    const bool isDocument = std::strcmp(tag, brel::kDocumentTag) == 0;
+    const bool isDocument = brel::isSameTag(tag, brel::kDocumentTag);
     const BRELXmlObjectExtension *extension = nullptr;
     if (isDocument) {
         if (!initializeDocument(*self, xmlObject)) {

@@ -217,8 +217,15 @@ _xmlNode *ChildIndex::findByName(std::string_view name) const
 
 _xmlNode *ChildIndex::findBefore(const _xmlNode *child, std::string_view name) const
 {
-    _xmlNode *const first = findByName(name);
-    return first != nullptr && placeOf(first).position < placeOf(child).position ? first : nullptr;
+    _xmlNode *first = nullptr;
+    std::uint64_t end = placeOf(child).position;
+    names_.forEach(hashOf(name), [&](_xmlNode *node) {
+        if (placeOf(node).position < end && nameOf(node) == name) {
+            first = node;
+            end = placeOf(node).position;
+        }
+    });
+    return first;
 }
 
 _xmlNode *ChildIndex::firstOfTag(std::string_view tag) const

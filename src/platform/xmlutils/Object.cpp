@@ -172,7 +172,7 @@ int ZUVXMLUTILSObject_countPreviousSiblingsWithTag(const ZUVXMLUTILSObject *self
     }
     int count = 0;
     for (const xmlNode *at = previousOf(node); at != nullptr; at = previousOf(at)) {
-        count += tagOf(at) == tagOf(node);
+        count += haveSameTag(at, node);
     }
     return count;
 }

@@ -87,9 +87,9 @@ bool isSchemaLocation(const RawAttribute &attribute)
 // The program binds elements to each other by addresses in this attribute.
 bool isReserved(const RawAttribute &attribute)
 {
+    constexpr const char *kReserved = ZUVXMLUTILS_RESERVED_ATTRIBUTE_NAME;
     const char *const name = reinterpret_cast<const char *>(attribute.name);
-    return attribute.prefix == nullptr &&
-           std::strcmp(name, ZUVXMLUTILS_RESERVED_ATTRIBUTE_NAME) == 0;
+    return *name == *kReserved && attribute.prefix == nullptr && std::strcmp(name, kReserved) == 0;
 }
 
 const char *whatIsWrong(const xmlParserCtxt &parser, const xmlChar *tag, const xmlChar *uri,
@@ -133,7 +133,7 @@ void startElement(void *context, const xmlChar *name, const xmlChar *prefix, con
     }
     xmlSAX2StartElementNs(context, name, prefix, uri, namespaceCount, namespaces, attributeCount,
                           defaultedCount, attributes);
-    if (reading.kind == DocumentKind::kTree && line >= UINT16_MAX && parser->node != nullptr &&
+    if (line >= UINT16_MAX && reading.kind == DocumentKind::kTree && parser->node != nullptr &&
         parser->node->_private == nullptr) {
         setLine(parser->node, line);
     }

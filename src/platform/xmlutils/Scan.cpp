@@ -16,6 +16,7 @@ constexpr std::size_t kNone = std::string_view::npos;
 // A tag of this length has at most as many attributes as are allowed, since one takes at least the five
 // characters of ' a=""'.
 constexpr std::size_t kSurelyFewAttributes = ZUVXMLUTILS_ATTRIBUTE_COUNT_MAX * 5;
+static_assert(kSurelyFewAttributes >= ZUVXMLUTILS_NAME_LENGTH_MAX);
 
 constexpr const char *kTooLong = "a text, comment or tag is longer than 1048576 bytes";
 static_assert(ZUVXMLUTILS_TEXT_LENGTH_MAX == 1048576);
@@ -93,19 +94,27 @@ private:
 
     bool hasRightMarkup()
     {
-        std::size_t at = 0;
-        while (hasRightCharactersUpTo(at) && (at = document_.find('<', at)) != kNone) {
+        std::size_t at = nextMarkup(0);
+        while (at != kNone) {
             const char kind = at + 1 < document_.size() ? document_[at + 1] : '\0';
-            if (kind == '!' || kind == '?' ? !passOther(at) : !passTag(at)) {
-                break;
-            }
+            at = kind == '!' || kind == '?' ? passOther(at) : passTag(at);
         }
         return !problem_.isSet() && hasRightCharactersUpTo(document_.size());
     }
 
-    // Look at the characters in blocks, shortly before their markup is looked at, so that each byte comes from
-    // memory once.
-    bool hasRightCharactersUpTo(std::size_t end)
+    std::size_t nextMarkup(std::size_t from) { return ifRight(document_.find('<', from)); }
+
+    // The place, if it is one and the characters before it are right.
+    std::size_t ifRight(std::size_t at)
+    {
+        return at != kNone && hasRightCharactersUpTo(at) ? at : kNone;
+    }
+
+    // Look at the characters in blocks, about when their markup is looked at, so that each byte comes from memory
+    // once.
+    bool hasRightCharactersUpTo(std::size_t end) { return end < seen_ || lookAtBlocksUpTo(end); }
+
+    bool lookAtBlocksUpTo(std::size_t end)
     {
         while (seen_ < document_.size() && seen_ <= end) {
             // Blocks overlap by a character, for the sake of the pair.
@@ -121,9 +130,9 @@ private:
         return true;
     }
 
-    // Move `at` behind a comment, CDATA section or processing instruction. False without a problem when it has
-    // no end, which is for libxml2 to tell.
-    bool passOther(std::size_t &at)
+    // The markup behind a comment, CDATA section or processing instruction. None without a problem when it has no end,
+    // which is for libxml2 to tell.
+    std::size_t passOther(std::size_t at)
     {
         struct Kind {
             std::string_view open;
@@ -135,34 +144,41 @@ private:
             if (rest.starts_with(kind.open)) {
                 const std::size_t end = rest.find(kind.close, kind.open.size());
                 if (end != kNone && end > ZUVXMLUTILS_TEXT_LENGTH_MAX) {
-                    return refuse(at, "", kTooLong);
+                    refuse(at, "", kTooLong);
+                    return kNone;
                 }
-                at = end != kNone ? at + end + kind.close.size() : document_.size();
-                return end != kNone;
+                return end != kNone ? nextMarkup(at + end + kind.close.size()) : kNone;
             }
         }
-        return refuse(at, "", "a DOCTYPE is not allowed");
+        refuse(at, "", "a DOCTYPE is not allowed");
+        return kNone;
     }
 
-    // Move `at` behind a tag and the text that follows it.
-    bool passTag(std::size_t &at)
+    // The markup behind a tag and the text that follows it.
+    std::size_t passTag(std::size_t at)
     {
-        const std::size_t end = std::min(document_.find('<', at + 1), document_.size());
-        const std::string_view run = document_.substr(at + 1, end - at - 1);
-        content_.longNames |= run.size() > ZUVXMLUTILS_NAME_LENGTH_MAX;
-        if (run.size() > kSurelyFewAttributes) {
-            const std::string_view tag =
-                run.substr(0, std::min<std::size_t>(run.find_first_of(" \t\r\n/>"), 64));
-            if (run.size() > ZUVXMLUTILS_TEXT_LENGTH_MAX) {
-                return refuse(at, tag, kTooLong);
-            }
-            if (countAttributes(run) > ZUVXMLUTILS_ATTRIBUTE_COUNT_MAX) {
-                return refuse(at, tag, "the element has more than 64 attributes");
-                static_assert(ZUVXMLUTILS_ATTRIBUTE_COUNT_MAX == 64);
+        const std::size_t next = document_.find('<', at + 1);
+        const std::string_view run =
+            document_.substr(at + 1, std::min(next, document_.size()) - at - 1);
+        if (run.size() > ZUVXMLUTILS_NAME_LENGTH_MAX) {
+            content_.longNames = true;
+            if (run.size() > kSurelyFewAttributes && !isRightTag(at, run)) {
+                return kNone;
             }
         }
-        at = end;
-        return true;
+        return ifRight(next);
+    }
+
+    bool isRightTag(std::size_t at, std::string_view run)
+    {
+        const std::string_view tag =
+            run.substr(0, std::min<std::size_t>(run.find_first_of(" \t\r\n/>"), 64));
+        if (run.size() > ZUVXMLUTILS_TEXT_LENGTH_MAX) {
+            return refuse(at, tag, kTooLong);
+        }
+        static_assert(ZUVXMLUTILS_ATTRIBUTE_COUNT_MAX == 64);
+        return countAttributes(run) <= ZUVXMLUTILS_ATTRIBUTE_COUNT_MAX ||
+               refuse(at, tag, "the element has more than 64 attributes");
     }
 
     static int countAttributes(std::string_view tag)

@@ -27,15 +27,20 @@ const xmlChar *toXml(const char *text)
     return reinterpret_cast<const xmlChar *>(text);
 }
 
-// Ends where the texts differ, most often at once, and so without a call.
-bool isEqual(const xmlChar *text, std::string_view other)
+const char *toText(const xmlChar *text)
 {
-    for (const char character : other) {
-        if (*text++ != static_cast<xmlChar>(character)) {
-            return false;
+    return reinterpret_cast<const char *>(text);
+}
+
+// Ends where the texts differ, most often at once, and so without a call.
+bool isEqual(const xmlChar *text, const char *other)
+{
+    for (; *text == static_cast<xmlChar>(*other); ++text, ++other) {
+        if (*text == '\0') {
+            return true;
         }
     }
-    return *text == '\0';
+    return false;
 }
 
 xmlNode *elementFrom(xmlNode *node, xmlNode *xmlNode::*direction)
@@ -94,9 +99,9 @@ void changeName(xmlNode *node, Change &&change)
     retireFullNames(node);
 }
 
-bool isName(std::string_view attribute)
+bool isName(const xmlAttr *attribute)
 {
-    return attribute == "name";
+    return attribute->ns == nullptr && isEqual(attribute->name, "name");
 }
 
 // Nodes of a program's own are not made by libxml2, to which somebody would have to listen for a want of memory.
@@ -152,6 +157,17 @@ void linkBefore(xmlNode *before, xmlNode *node)
     node->prev = before->prev;
     (before->prev != nullptr ? before->prev->next : before->parent->children) = node;
     before->prev = node;
+}
+
+void linkLast(xmlNode *node, xmlAttr *attribute)
+{
+    xmlAttr *last = node->properties;
+    while (last != nullptr && last->next != nullptr) {
+        last = last->next;
+    }
+    attribute->parent = node;
+    attribute->prev = last;
+    (last != nullptr ? last->next : node->properties) = attribute;
 }
 
 void release(xmlNode *node)
@@ -255,13 +271,18 @@ ChildIndex *indexOf(xmlNode *parent)
     return record->children.get();
 }
 
+bool haveSameTag(const xmlNode *node, const xmlNode *other)
+{
+    return node->name == other->name || isEqual(node->name, toText(other->name));
+}
+
 xmlNode *firstOfTag(const xmlNode *parent, std::string_view tag)
 {
     if (const ChildIndex *const index = indexOf(const_cast<xmlNode *>(parent))) {
         return index->firstOfTag(tag);
     }
     xmlNode *child = firstChildOf(parent);
-    while (child != nullptr && !isEqual(child->name, tag)) {
+    while (child != nullptr && tagOf(child) != tag) {
         child = nextOf(child);
     }
     return child;
@@ -274,7 +295,7 @@ xmlNode *nextWithTag(const xmlNode *node)
         return index->nextOfTag(node);
     }
     xmlNode *sibling = nextOf(node);
-    while (sibling != nullptr && !isEqual(sibling->name, tagOf(node))) {
+    while (sibling != nullptr && !haveSameTag(sibling, node)) {
         sibling = nextOf(sibling);
     }
     return sibling;
@@ -296,7 +317,7 @@ const char *contentOf(const xmlNode *node)
     return text != nullptr ? view(text->content).data() : "";
 }
 
-xmlAttr *findAttribute(const xmlNode *node, std::string_view name)
+xmlAttr *findAttribute(const xmlNode *node, const char *name)
 {
     for (xmlAttr *attribute = node->properties; attribute != nullptr; attribute = attribute->next) {
         if (attribute->ns == nullptr && isEqual(attribute->name, name)) {
@@ -328,10 +349,9 @@ bool changeAttribute(xmlNode *node, const char *name, const char *value, Attribu
         if (attribute == nullptr) {
             return false;
         }
-        exchangeAttribute(node, attribute);
+        linkLast(node, attribute);
     }
-    documentOf(node)->mayHoldVariables |=
-        std::string_view(value).find(kVariableMark) != std::string_view::npos;
+    documentOf(node)->mayHoldVariables |= std::strstr(value, kVariableMark) != nullptr;
     NodePointer former;
     const auto exchange = [&] {
         former.reset(attribute->children);
@@ -339,7 +359,7 @@ bool changeAttribute(xmlNode *node, const char *name, const char *value, Attribu
         attribute->children = attribute->last = text.release();
         attribute->_private = change.isFromProgram ? &g_programMark : nullptr;
     };
-    if (isName(name)) {
+    if (isName(attribute)) {
         changeName(node, exchange);
     } else {
         exchange();
@@ -366,28 +386,26 @@ xmlAttr *newAttribute(xmlDoc *document, const char *name, const char *value)
 
 xmlAttr *exchangeAttribute(xmlNode *node, xmlAttr *attribute)
 {
-    xmlAttr *const former = findAttribute(node, view(attribute->name));
-    xmlAttr *last = node->properties;
-    while (last != nullptr && last->next != nullptr) {
-        last = last->next;
+    xmlAttr *const former = findAttribute(node, toText(attribute->name));
+    if (former == nullptr) {
+        linkLast(node, attribute);
+        return nullptr;
     }
     attribute->parent = node;
-    attribute->prev = former != nullptr ? former->prev : last;
-    attribute->next = former != nullptr ? former->next : nullptr;
+    attribute->prev = former->prev;
+    attribute->next = former->next;
     (attribute->prev != nullptr ? attribute->prev->next : node->properties) = attribute;
     if (attribute->next != nullptr) {
         attribute->next->prev = attribute;
     }
-    if (former != nullptr) {
-        former->prev = former->next = nullptr;
-        former->parent = nullptr;
-    }
+    former->prev = former->next = nullptr;
+    former->parent = nullptr;
     return former;
 }
 
 void removeAttribute(xmlNode *node, xmlAttr *attribute)
 {
-    if (isName(view(attribute->name)) && attribute->ns == nullptr) {
+    if (isName(attribute)) {
         changeName(node, [&] { xmlRemoveProp(attribute); });
     } else {
         xmlRemoveProp(attribute);

@@ -74,7 +74,7 @@ private:
 };
 
 // What the reference to a variable begins with.
-constexpr std::string_view kVariableMark = "$(";
+constexpr const char *kVariableMark = "$(";
 
 // Give a document of libxml2 its Document, and its root a record. False when there is no memory.
 bool adoptDocument(_xmlDoc *document);
@@ -131,6 +131,7 @@ _xmlNode *previousOf(const _xmlNode *node);
 // The first child of the tag, the next sibling of the same tag. A lookup among many siblings.
 _xmlNode *firstOfTag(const _xmlNode *parent, std::string_view tag);
 _xmlNode *nextWithTag(const _xmlNode *node);
+bool haveSameTag(const _xmlNode *node, const _xmlNode *other);
 // The next element of the subtree of `top` in the order of the document; null behind the last.
 _xmlNode *nextInSubtree(const _xmlNode *node, const _xmlNode *top);
 
@@ -143,7 +144,7 @@ _xmlNode *textOf(const _xmlNode *node);
 const char *contentOf(const _xmlNode *node);
 
 // Attributes without a namespace.
-_xmlAttr *findAttribute(const _xmlNode *node, std::string_view name);
+_xmlAttr *findAttribute(const _xmlNode *node, const char *name);
 const char *valueOf(const _xmlAttr *attribute);
 // Attributes that the program has set, which no document holds.
 bool isProgramAttribute(const _xmlAttr *attribute);

@@ -55,8 +55,9 @@ void stripProgramAttributes(xmlNode *copy, const xmlNode *original)
     for (const xmlNode *from = original; from != nullptr; from = nextInSubtree(from, original)) {
         for (const xmlAttr *attribute = from->properties; attribute != nullptr;
              attribute = attribute->next) {
-            xmlAttr *const copied =
-                isProgramAttribute(attribute) ? findAttribute(at, view(attribute->name)) : nullptr;
+            xmlAttr *const copied = isProgramAttribute(attribute)
+                                        ? findAttribute(at, view(attribute->name).data())
+                                        : nullptr;
             if (copied != nullptr) {
                 removeAttribute(at, copied);
             }
@@ -120,14 +121,14 @@ void Update::planElement(xmlNode *target, const xmlNode *update)
 void Update::planAttributes(xmlNode *target, const xmlNode *update)
 {
     for (const xmlAttr *from = update->properties; from != nullptr; from = from->next) {
-        const std::string_view name = view(from->name);
+        const char *const name = view(from->name).data();
         const xmlAttr *const present = findAttribute(target, name);
-        if (!isFromDocument(from) || name == "name" ||
+        if (!isFromDocument(from) || std::string_view(name) == "name" ||
             (present != nullptr && std::string_view(valueOf(present)) == valueOf(from))) {
             continue;
         }
         attributes_.reserve(attributes_.size() + 1);
-        xmlAttr *const attribute = newAttribute(target->doc, name.data(), valueOf(from));
+        xmlAttr *const attribute = newAttribute(target->doc, name, valueOf(from));
         if (attribute == nullptr) {
             throw std::bad_alloc();
         }
