@@ -160,6 +160,12 @@ void Process::closeOutput()
     closeFile(output_.file);
 }
 
+void Process::hangUp()
+{
+    closeInput();
+    closeOutput();
+}
+
 bool Process::waitForOutput(std::string_view text, Duration patience)
 {
     return waitFor(output_, text, patience);

@@ -43,6 +43,8 @@ public:
     void closeInput();
     // Nobody reads the program's standard output any more; not on a terminal.
     void closeOutput();
+    // The terminal goes away, with nobody to read or write any more.
+    void hangUp();
 
     // Read until the output behind the last match holds `text`, or the errors do; a match moves past it.
     bool waitForOutput(std::string_view text, Duration patience = kPatience);

@@ -125,7 +125,7 @@ TEST_F(XmlSave, writesToNoFileThatIsSomebodyElses)
     const Context first = open("a.xml");
     ZUVXMLUTILSSaveContext_print(first.get(), "first");
     folder.write("precious", "kept");
-    std::filesystem::create_symlink("precious", folder / "a.xml.1.tmp");
+    std::filesystem::create_symlink("nowhere", folder / "a.xml.1.tmp");
     std::filesystem::create_hard_link(folder / "precious", folder / "a.xml.2.tmp");
     const Context second = open("a.xml");
     ZUVXMLUTILSSaveContext_print(second.get(), "second");

@@ -1,0 +1,166 @@
+// What ./run does beside showing the tour: with wrong arguments, when it is interrupted, and when its terminal goes away.
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "ServiceTest.h"
+#include "support/Eventually.h"
+#include "support/Loopback.h"
+
+namespace zuv_test
+{
+namespace
+{
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+const std::string kRoot = ZUV_ROOT;
+
+// A process and all that it has started, itself included.
+void addFamily(pid_t process, std::vector<pid_t> &family)
+{
+    family.push_back(process);
+    const std::string id = std::to_string(process);
+    std::istringstream children(contentOf("/proc/" + id + "/task/" + id + "/children"));
+    for (pid_t child = 0; children >> child;) {
+        addFamily(child, family);
+    }
+}
+
+// One that has ended may wait for somebody to ask for its status.
+bool isAlive(pid_t process)
+{
+    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+    std::string line;
+    std::getline(file, line);
+    const std::size_t name = line.rfind(')');
+    return name != line.npos && line.compare(name, 3, ") Z") != 0;
+}
+
+// The script in a folder that looks like that of the repository, with the programs of this build: nothing is built, and
+// nothing installed.
+class Run : public testing::Test
+{
+protected:
+    Run()
+    {
+        namespace files = std::filesystem;
+        // The script chooses a domain of its own, and its programs stay on this machine.
+        static_cast<void>(loopbackDomainId());
+        files::create_symlink(kRoot + "/run", folder_.path("run"));
+        files::create_directory_symlink(kRoot + "/examples", folder_.path("examples"));
+        files::create_directories(folder_.path("scripts"));
+        files::create_symlink(kRoot + "/scripts/reserve-domain.sh",
+                              folder_.path("scripts/reserve-domain.sh"));
+        files::create_symlink(kRoot + "/scripts/steps.sh", folder_.path("scripts/steps.sh"));
+        files::create_symlink("/bin/true", folder_.path("scripts/install-packages.sh"));
+        files::create_directories(folder_.path("path"));
+        files::create_symlink("/bin/true", folder_.path("path/cmake"));
+        files::create_directories(folder_.path("build/release/bin"));
+        files::create_symlink(ZUVBSH, folder_.path("build/release/bin/zuvbsh"));
+        files::create_symlink(BREL_SERVICE, folder_.path("build/release/bin/brel_service"));
+        options_.onTerminal = true;
+        options_.environment = {"PATH=" + folder_.path("path") + ":" + std::getenv("PATH")};
+    }
+
+    std::vector<std::string> command(std::vector<std::string> arguments = {}) const
+    {
+        arguments.insert(arguments.begin(), folder_.path("run"));
+        return arguments;
+    }
+
+    static std::vector<pid_t> familyOf(const Process &process)
+    {
+        std::vector<pid_t> family;
+        addFamily(process.id(), family);
+        return family;
+    }
+    // Those who are not are ended, so that they do not outlive the test.
+    static bool areGone(const std::vector<pid_t> &family)
+    {
+        const bool isDone =
+            eventually([&] { return std::none_of(family.begin(), family.end(), isAlive); });
+        for (const pid_t process : family) {
+            if (isAlive(process)) {
+                kill(process, SIGKILL);
+            }
+        }
+        return isDone;
+    }
+
+    TemporaryFolder folder_;
+    ProcessOptions options_;
+};
+
+TEST_F(Run, refusesAnOptionThatItDoesNotKnow)
+{
+    options_.onTerminal = false;
+    const ProcessResult result = runProcess(command({"-tour"}), "", options_);
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.output, "");
+    EXPECT_THAT(result.errors, StartsWith("Unknown option: -tour\nUsage: ./run [--tour]"));
+    EXPECT_FALSE(std::filesystem::exists(folder_.path("build/run-configure.log")))
+        << "it has begun all the same";
+}
+
+TEST_F(Run, leavesControlCToTheShellAndEndsAllWithIt)
+{
+    Process run(command(), options_);
+    ASSERT_TRUE(run.waitForOutput(kPrompt)) << run.errors();
+    const std::vector<pid_t> family = familyOf(run);
+    EXPECT_EQ(family.size(), 3U) << "the script, the service and the shell";
+    ASSERT_TRUE(run.write("get S1 nothing"));
+    run.watch(Process::Duration{100});
+    ASSERT_TRUE(run.typeControl(3));
+    ASSERT_TRUE(run.waitForOutput(kPrompt)) << "the line is abandoned, and the session goes on";
+    ASSERT_TRUE(run.write("get S1 dr1::s1::all\n"));
+    ASSERT_TRUE(run.waitForOutput("Result: <auto_topic_route name=\"all\">")) << run.output();
+    ASSERT_TRUE(run.write("exit\n"));
+    EXPECT_EQ(run.wait(), 0);
+    EXPECT_TRUE(areGone(family));
+}
+
+TEST_F(Run, endsAllAtControlCBeforeTheSession)
+{
+    // A service that never gets ready.
+    std::filesystem::remove(folder_.path("build/release/bin/brel_service"));
+    folder_.write("build/release/bin/brel_service", "#!/bin/sh\necho begun\nexec sleep 60\n");
+    std::filesystem::permissions(folder_.path("build/release/bin/brel_service"),
+                                 std::filesystem::perms::owner_all);
+    Process run(command(), options_);
+    ASSERT_TRUE(
+        eventually([&] { return folder_.read("build/run-service.log").starts_with("begun"); }));
+    const std::vector<pid_t> family = familyOf(run);
+    EXPECT_GE(family.size(), 2U);
+    ASSERT_TRUE(run.typeControl(3));
+    EXPECT_EQ(run.wait(), 128 + SIGINT);
+    EXPECT_TRUE(areGone(family));
+}
+
+TEST_F(Run, endsAllWhenItsTerminalGoesAway)
+{
+    Process run(command(), options_);
+    ASSERT_TRUE(run.waitForOutput(kPrompt)) << run.errors();
+    const std::vector<pid_t> family = familyOf(run);
+    EXPECT_EQ(family.size(), 3U);
+    run.hangUp();
+    EXPECT_EQ(run.wait(), 128 + SIGHUP);
+    EXPECT_TRUE(areGone(family));
+}
+
+TEST_F(Run, endsAllWhenItIsEnded)
+{
+    options_.onTerminal = false;
+    Process run(command({"--", "-timeout", "4"}), options_);
+    ASSERT_TRUE(run.waitForOutput(kPrompt)) << run.errors();
+    const std::vector<pid_t> family = familyOf(run);
+    EXPECT_EQ(family.size(), 3U);
+    run.signal(SIGTERM);
+    EXPECT_EQ(run.wait(), 128 + SIGTERM);
+    EXPECT_TRUE(areGone(family));
+}
+
+} // namespace
+} // namespace zuv_test
