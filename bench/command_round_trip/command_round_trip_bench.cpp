@@ -2,8 +2,11 @@
 // on the middleware alone, with a wait set on both sides and the same transports and QoS. The service is a replier in a
 // loop or, where that is said, a whole server with its dispatcher. For a large command the echo has the transports that
 // the middleware has by itself.
-// Both take turns in blocks, so that they meet the same machine. command_round_trip_bench [PAIRS]: how often the
-// services are started anew. Fails when a ratio is above its limit.
+// Both take turns in short blocks, now one first and now the other, so that they meet the same machine. Its moods and
+// the places where processes come to lie sway the slowest hundredth most, so that it is told of all round trips of many
+// processes at once.
+// command_round_trip_bench [PAIRS [noise]]: how often the services are started anew; with "noise" a second echo stands
+// in for the command, which shows how far the ratios swing by themselves. Fails when a ratio is above its limit.
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
@@ -31,21 +34,24 @@ struct Case {
     const char *name;
     unsigned int payloadSize; // of a serialized request
     bench::Transports echoTransports;
-    int blockCount; // of a pair of services
-    int blockSize;  // round trips
+    int pairCount; // services that are started anew, of both kinds
+    int blockSize; // round trips
     double medianLimit;
     double tailLimit;
     bool isWholeServer = false; // in place of the replier alone
 };
 
 constexpr Case kCases[] = {
-    {"200 B", 200, bench::Transports::kProfile, 10, 250, 1.10, 1.10},
-    {"200 B, server", 200, bench::Transports::kProfile, 10, 250, 1.20, 1.20, true},
-    {"32 KiB", 32 * 1024, bench::Transports::kProfile, 10, 250, 1.10, 1.10},
-    {"1 MiB, untuned echo", 1024 * 1024, bench::Transports::kUntuned, 2, 50, 0.65, 0.20},
+    {"200 B", 200, bench::Transports::kProfile, 80, 50, 1.10, 1.10},
+    {"200 B, server", 200, bench::Transports::kProfile, 40, 50, 1.20, 1.20, true},
+    {"32 KiB", 32 * 1024, bench::Transports::kProfile, 70, 50, 1.10, 1.10},
+    {"1 MiB, untuned echo", 1024 * 1024, bench::Transports::kUntuned, 16, 10, 0.65, 0.20},
 };
-// Where processes and their memory come to lie changes a round trip too, so services start anew so often.
-constexpr int kPairCount = 8;
+// Of each road, for a pair of services.
+constexpr int kBlockCount = 20;
+constexpr int kWarmUpBlockCount = 2;
+// Round trips at the beginning of a block that do not count: the other road had the processors before.
+constexpr int kWarmUpPart = 10; // one of so many
 
 // A service in a process of its own, up to the end of the object.
 class Service
@@ -148,9 +154,11 @@ private:
 class Echoes
 {
 public:
-    Echoes(unsigned int requestSize, unsigned int replySize, bench::Transports transports)
-        : service_(command(replySize, transports)),
-          endpoints_(zuv_test::loopbackDomainId(), bench::Side::kAsking, transports),
+    // Echoes of another name do not hear each other.
+    Echoes(const char *name, unsigned int requestSize, unsigned int replySize,
+           bench::Transports transports)
+        : service_(command(name, replySize, transports)),
+          endpoints_(zuv_test::loopbackDomainId(), bench::Side::kAsking, transports, name),
           request_(requestSize, 'x'), replySize_(replySize)
     {
         if (!endpoints_.waitForMatch(kPatience)) {
@@ -174,10 +182,11 @@ public:
     }
 
 private:
-    static std::vector<std::string> command(unsigned int replySize, bench::Transports transports)
+    static std::vector<std::string> command(const char *name, unsigned int replySize,
+                                            bench::Transports transports)
     {
         std::vector<std::string> words = {BARE_ECHO, std::to_string(zuv_test::loopbackDomainId()),
-                                          std::to_string(replySize)};
+                                          std::to_string(replySize), name};
         if (transports == bench::Transports::kUntuned) {
             words.emplace_back("untuned");
         }
@@ -191,11 +200,16 @@ private:
     unsigned int replySize_;
 };
 
-// One block of round trips, in microseconds, behind some that warm up.
+// Of all round trips that count, in microseconds.
+struct Times {
+    std::vector<double> ours;
+    std::vector<double> bare;
+};
+
 template <typename Road>
 void measureBlock(Road &road, int count, std::vector<double> &times)
 {
-    for (int warmUp = 0; warmUp < std::max(1, count / 25); ++warmUp) {
+    for (int warmUp = 0; warmUp < std::max(1, count / kWarmUpPart); ++warmUp) {
         road.roundTrip();
     }
     for (int index = 0; index < count; ++index) {
@@ -208,31 +222,48 @@ void measureBlock(Road &road, int count, std::vector<double> &times)
     }
 }
 
-void measurePair(const Case &it, std::vector<double> &ours, std::vector<double> &bare)
+template <typename Road>
+void takeTurns(Road &ours, Echoes &bare, int blockSize, Times &times)
 {
-    Commands commands(it.payloadSize, it.isWholeServer);
-    Echoes echoes(commands.requestSize(), commands.replySize(), it.echoTransports);
-    std::vector<double> thrownAway;
-    measureBlock(commands, it.blockSize, thrownAway);
-    measureBlock(echoes, it.blockSize, thrownAway);
-    for (int block = 0; block < it.blockCount; ++block) {
-        measureBlock(commands, it.blockSize, ours);
-        measureBlock(echoes, it.blockSize, bare);
+    Times thrownAway;
+    for (int block = 0; block < kWarmUpBlockCount + kBlockCount; ++block) {
+        Times &kept = block < kWarmUpBlockCount ? thrownAway : times;
+        const bool areOursFirst = block % 2 == 0;
+        if (areOursFirst) {
+            measureBlock(ours, blockSize, kept.ours);
+        }
+        measureBlock(bare, blockSize, kept.bare);
+        if (!areOursFirst) {
+            measureBlock(ours, blockSize, kept.ours);
+        }
     }
 }
 
-bool compare(const Case &it, int pairCount)
+void measurePair(const Case &it, bool isNoise, Times &times)
 {
-    std::vector<double> ours;
-    std::vector<double> bare;
+    Commands commands(it.payloadSize, it.isWholeServer);
+    const unsigned int requestSize = commands.requestSize();
+    const unsigned int replySize = commands.replySize();
+    Echoes echoes("bare", requestSize, replySize, it.echoTransports);
+    if (isNoise) {
+        Echoes others("other", requestSize, replySize, it.echoTransports);
+        takeTurns(others, echoes, it.blockSize, times);
+    } else {
+        takeTurns(commands, echoes, it.blockSize, times);
+    }
+}
+
+bool compare(const Case &it, int pairCount, bool isNoise)
+{
+    Times times;
     for (int pair = 0; pair < pairCount; ++pair) {
-        measurePair(it, ours, bare);
+        measurePair(it, isNoise, times);
     }
     const std::string what = it.name;
-    const bool isFast = bench::printRatio(what + ", median", "us", bench::median(ours),
-                                          bench::median(bare), it.medianLimit);
-    const bool isSteady = bench::printRatio(what + ", p99", "us", bench::percentile(ours, 99),
-                                            bench::percentile(bare, 99), it.tailLimit);
+    const bool isFast = bench::printRatio(what + ", median", "us", bench::median(times.ours),
+                                          bench::median(times.bare), it.medianLimit);
+    const bool isSteady = bench::printRatio(what + ", p99", "us", bench::percentile(times.ours, 99),
+                                            bench::percentile(times.bare, 99), it.tailLimit);
     return isFast && isSteady;
 }
 
@@ -240,11 +271,12 @@ bool compare(const Case &it, int pairCount)
 
 int main(int argc, char **argv)
 {
-    const int pairCount = argc > 1 ? std::max(1, std::atoi(argv[1])) : kPairCount;
-    bench::printTitle("round trip", "command", "echo");
+    const int pairCount = argc > 1 ? std::max(1, std::atoi(argv[1])) : 0;
+    const bool isNoise = argc > 2 && std::strcmp(argv[2], "noise") == 0;
+    bench::printTitle("round trip", isNoise ? "other echo" : "command", "echo");
     bool isGood = true;
     for (const Case &it : kCases) {
-        isGood = compare(it, pairCount) && isGood;
+        isGood = compare(it, pairCount > 0 ? pairCount : it.pairCount, isNoise) && isGood;
     }
     return isGood ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -40,7 +40,7 @@ int main(int argc, char **argv)
     const int startCount = argc > 1 ? std::max(1, std::atoi(argv[1])) : 50;
     const std::string domain = std::to_string(zuv_test::loopbackDomainId());
     zuv_test::Process service({RESPONDER, "-domainId", domain});
-    zuv_test::Process bareService({BARE_SERVICE, domain, "4"});
+    zuv_test::Process bareService({BARE_SERVICE, domain, "4", "bare"});
     if (!service.waitForOutput("ready\n") || !bareService.waitForOutput("ready\n")) {
         bench::giveUp("no service: " + service.errors() + bareService.errors());
     }

@@ -35,7 +35,7 @@ constexpr std::int32_t kInitialCaches = 16;
 constexpr std::uint32_t kInitialPayloadSize = 1024;
 const Duration_t kHeartbeatPeriod{0, 100'000'000};
 const Duration_t kHeartbeatResponseDelay{0, 0};
-const Duration_t kNackResponseDelay{0, 5'000'000};
+const Duration_t kNackResponseDelay{0, 5'000'000}; // the middleware's own, which is not ours
 const Duration_t kMaxBlockingTime{10, 0};
 const Duration_t kAnnouncementPeriod{0, 100'000'000};
 constexpr std::chrono::seconds kMaxWrite{10};
@@ -127,15 +127,15 @@ void useCommandQos(Qos &qos)
 class BareEndpoints::Impl
 {
 public:
-    Impl(int domainId, Side side, Transports transports)
+    Impl(int domainId, Side side, Transports transports, const std::string &name)
         : participant_(createParticipant(domainId, transports))
     {
         if (participant_ == nullptr) {
             giveUp("no bare participant");
         }
         const bool isAsking = side == Side::kAsking;
-        fast::Topic *const requests = createTopic("bare/request");
-        fast::Topic *const replies = createTopic("bare/reply");
+        fast::Topic *const requests = createTopic(name + "/request");
+        fast::Topic *const replies = createTopic(name + "/reply");
         createReader(isAsking ? replies : requests);
         createWriter(isAsking ? requests : replies);
     }
@@ -199,9 +199,9 @@ private:
                FastReturnCode::RETCODE_OK;
     }
 
-    fast::Topic *createTopic(const char *name)
+    fast::Topic *createTopic(const std::string &name)
     {
-        const fast::TypeSupport type(new OctetType(name));
+        const fast::TypeSupport type(new OctetType(name.c_str()));
         type.register_type(participant_);
         return participant_->create_topic(name, name, fast::TOPIC_QOS_DEFAULT);
     }
@@ -242,8 +242,9 @@ private:
     fast::ConditionSeq active_; // kept for its memory
 };
 
-BareEndpoints::BareEndpoints(int domainId, Side side, Transports transports)
-    : impl_(std::make_unique<Impl>(domainId, side, transports))
+BareEndpoints::BareEndpoints(int domainId, Side side, Transports transports,
+                             const std::string &name)
+    : impl_(std::make_unique<Impl>(domainId, side, transports, name))
 {
 }
 

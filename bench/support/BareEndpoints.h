@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace bench
@@ -25,11 +26,12 @@ enum class Side {
 };
 
 // A participant with one writer and one reader, which have the QoS of a command's endpoints. Reading waits on a wait
-// set. Failures end the process. For one thread.
+// set. Endpoints of another name do not match them. Failures end the process. For one thread.
 class BareEndpoints
 {
 public:
-    BareEndpoints(int domainId, Side side, Transports transports = Transports::kProfile);
+    BareEndpoints(int domainId, Side side, Transports transports = Transports::kProfile,
+                  const std::string &name = "bare");
     ~BareEndpoints();
     BareEndpoints(const BareEndpoints &) = delete;
     BareEndpoints &operator=(const BareEndpoints &) = delete;
