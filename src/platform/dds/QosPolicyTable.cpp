@@ -13,7 +13,7 @@ constexpr DDS_Duration_t kMaxBlockingTime = {0, 100'000'000};
 // A lost sample or acknowledgement is noticed within one period.
 constexpr DDS_Duration_t kHeartbeatPeriod = {0, 100'000'000};
 // Readers also ask for pieces of a large sample that are on their way. Answered rarely, most of them have come by then.
-constexpr DDS_Duration_t kResponseDelay = {0, 10'000'000};
+constexpr DDS_Duration_t kResponseDelay = {0, 20'000'000};
 constexpr std::int32_t kUnlimited = DDS_LENGTH_UNLIMITED;
 
 using enum QosEffect;
