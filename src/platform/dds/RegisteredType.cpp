@@ -136,7 +136,8 @@ private:
     // cannot be read keeps the last one, and is refused when it is taken.
     void readKey(const rtps::SerializedPayload_t &payload, SampleCell &cell)
     {
-        ZUVCodec_deserialize(type_->plugin.typeCode, cell.sample, payload.data, payload.length);
+        ZUVCodec_deserializeKeyOfSample(type_->plugin.typeCode, cell.sample, payload.data,
+                                        payload.length);
     }
 
     const std::shared_ptr<RegisteredType> type_;

@@ -156,9 +156,12 @@ bool checkAndRead(std::uint32_t encapsulation, const DDS_Octet *buffer, DDS_Unsi
         });
 }
 
+// Which members of a flat sample are read.
+enum class Members : std::uint8_t { All, Keys };
+
 // The same for most types, of which the second pass reads what the first has found. All in one function, as it is
 // what most samples take.
-template <bool Swap>
+template <Members Which, bool Swap>
 [[gnu::noinline]] bool readFlat(const zuv::Program &program, const DDS_Octet *body,
                                 std::size_t size, void *sample, bool bearsUnknownValues)
 {
@@ -170,7 +173,8 @@ template <bool Swap>
         return false;
     }
     zuv::Decoder<DecodePass::Read, Swap> reader(body, bearsUnknownValues);
-    return reader.read(program, sample, marks);
+    return Which == Members::Keys ? reader.readKeys(program, sample, marks)
+                                  : reader.read(program, sample, marks);
 }
 
 auto walkOf(const zuv::Program &program)
@@ -198,6 +202,7 @@ bool readBeside(const zuv::Program &program, void *sample, const DDS_Octet *buff
     return true;
 }
 
+template <Members Which = Members::All>
 DDS_Boolean readSample(const DDS_TypeCode *type, void *sample, const DDS_Octet *buffer,
                        DDS_UnsignedLong length, bool bearsUnknownValues)
 {
@@ -211,7 +216,7 @@ DDS_Boolean readSample(const DDS_TypeCode *type, void *sample, const DDS_Octet *
                         : program->isFlat()
                             ? withBody(program->encapsulation(), buffer, length,
                                        [&](auto swap, const DDS_Octet *body, std::size_t size) {
-                                           return readFlat<decltype(swap)::value>(
+                                           return readFlat<Which, decltype(swap)::value>(
                                                *program, body, size, sample, bearsUnknownValues);
                                        })
                             : checkAndRead(program->encapsulation(), buffer, length, sample,
@@ -273,6 +278,13 @@ DDS_Boolean ZUVCodec_deserialize(const DDS_TypeCode *type, void *sample, const D
                                  DDS_UnsignedLong length)
 {
     return readSample(type, sample, buffer, length, false);
+}
+
+DDS_Boolean ZUVCodec_deserializeKeyOfSample(const DDS_TypeCode *type, void *sample,
+                                            const DDS_Octet *buffer, DDS_UnsignedLong length)
+{
+    return ZUVCodec_hasKey(type) ? readSample<Members::Keys>(type, sample, buffer, length, false)
+                                 : DDS_BOOLEAN_FALSE;
 }
 
 DDS_Boolean ZUVCodec_validate(const DDS_TypeCode *type, const DDS_Octet *buffer,

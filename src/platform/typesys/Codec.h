@@ -49,6 +49,11 @@ DDS_Boolean ZUVCodec_serialize(const DDS_TypeCode *type, const void *sample, DDS
 DDS_Boolean ZUVCodec_deserialize(const DDS_TypeCode *type, void *sample, const DDS_Octet *buffer,
                                  DDS_UnsignedLong length);
 
+/* The same for the sake of the key alone: what it costs does not grow with the other members, of which some may
+ * be read too. False also for a type without a key. */
+DDS_Boolean ZUVCodec_deserializeKeyOfSample(const DDS_TypeCode *type, void *sample,
+                                            const DDS_Octet *buffer, DDS_UnsignedLong length);
+
 /* Whether the payload would be accepted. Allocates nothing. */
 DDS_Boolean ZUVCodec_validate(const DDS_TypeCode *type, const DDS_Octet *buffer,
                               DDS_UnsignedLong length);

@@ -103,6 +103,23 @@ public:
                missingFrom(all.subspan(marks.count), base, marks.end) != kFailed;
     }
 
+    // Of the members only the keys, which an accepted payload never lacks.
+    [[gnu::always_inline]] bool readKeys(const Program &program, void *base, const Marks &marks)
+    {
+        static_assert(Pass == DecodePass::Read);
+        const std::size_t *begin = marks.begins;
+        bool isKey = false;
+        for (const Op &op : program.ops().first(marks.count)) {
+            // An operation that goes on with a member is a key if its beginning is one.
+            isKey = op.mustUnderstand || (isKey && !op.startsMember);
+            if (isKey && member(op, base, false, *begin, marks.end) == kFailed) {
+                return false;
+            }
+            ++begin;
+        }
+        return true;
+    }
+
 private:
     static constexpr bool kChecks = Pass != DecodePass::Read;
     static constexpr bool kReads = Pass != DecodePass::Check;

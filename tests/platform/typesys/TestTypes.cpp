@@ -126,3 +126,19 @@ static constexpr DDS_TypeCodeMember kGuidKeyMembers[] = {
 ZUV_TYPE_STRUCT(TestGuidKey, "Test::GuidKey", DDS_MUTABLE_EXTENSIBILITY, zuv::kIsTopic,
                 kGuidKeyMembers);
 ZUV_TYPE_DEFINE_TOPIC_KEYED(TestGuidKey)
+
+static constexpr DDS_TypeCodeMember kTagMembers[] = {
+    ZUV_TYPE_MEMBER(TestTag, name, TestName_g_typecode, zuv::kRequired),
+    ZUV_TYPE_MEMBER(TestTag, number, DDS_g_tc_long, zuv::kRequired),
+};
+ZUV_TYPE_STRUCT(TestTag, "Test::Tag", DDS_FINAL_EXTENSIBILITY, zuv::kIsNested, kTagMembers);
+ZUV_TYPE_DEFINE_NESTED(TestTag)
+
+static constexpr DDS_TypeCodeMember kTagKeyMembers[] = {
+    ZUV_TYPE_MEMBER(TestTagKey, before, DDS_g_tc_string, zuv::kRequired),
+    ZUV_TYPE_MEMBER(TestTagKey, tag, TestTag_g_typecode, zuv::kKey),
+    ZUV_TYPE_MEMBER(TestTagKey, after, DDS_g_tc_string, zuv::kRequired),
+};
+ZUV_TYPE_STRUCT(TestTagKey, "Test::TagKey", DDS_EXTENSIBLE_EXTENSIBILITY, zuv::kIsTopic,
+                kTagKeyMembers);
+ZUV_TYPE_DEFINE_TOPIC_KEYED(TestTagKey)

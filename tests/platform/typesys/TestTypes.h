@@ -114,6 +114,20 @@ typedef struct TestGuidKey {
     TestGuid owner;
 } TestGuidKey;
 ZUV_TYPE_DECLARE_TOPIC_KEYED(TestGuidKey)
+
+// A key whose structure takes two operations, among texts that are none.
+typedef struct TestTag {
+    TestName name;
+    DDS_Long number;
+} TestTag;
+ZUV_TYPE_DECLARE_NESTED(TestTag)
+
+typedef struct TestTagKey {
+    char *before;
+    TestTag tag; // key
+    char *after;
+} TestTagKey;
+ZUV_TYPE_DECLARE_TOPIC_KEYED(TestTagKey)
 }
 
 #endif

@@ -687,6 +687,66 @@ TEST(KeyHash, OfATypeWithoutAKeyDoesNotExist)
     EXPECT_FALSE(ZUVCodec_hasKey(&TestOlder_g_typecode));
 }
 
+TEST(Key, IsReadFromASampleWithoutTheOtherTexts)
+{
+    const LogCapture log;
+    ZUV_TEST_SAMPLE(TestTagKey, sample);
+    ZUV_TEST_SAMPLE(TestTagKey, decoded);
+    DDS_String_replace(&sample->before, "before");
+    DDS_String_replace(&sample->tag.name, "ab");
+    sample->tag.number = 7;
+    DDS_String_replace(&sample->after, "after");
+    DDS_String_replace(&decoded->after, "old");
+    DDS_Octet buffer[64];
+    DDS_UnsignedLong length = 0;
+    ASSERT_TRUE(ZUVCodec_serialize(sample.type(), &sample, buffer, sizeof(buffer), &length));
+    ASSERT_TRUE(ZUVCodec_deserializeKeyOfSample(decoded.type(), &decoded, buffer, length));
+    EXPECT_STREQ(decoded->tag.name, "ab");
+    EXPECT_EQ(decoded->tag.number, 7);
+    EXPECT_STREQ(decoded->before, "");
+    EXPECT_STREQ(decoded->after, "old");
+    DDS_String_replace(&decoded->tag.name, "kept");
+    const DDS_UnsignedLong padding = buffer[3];
+    for (DDS_UnsignedLong size = 0; size < length - padding; ++size) {
+        EXPECT_FALSE(ZUVCodec_deserializeKeyOfSample(decoded.type(), &decoded, buffer, size))
+            << size;
+    }
+    EXPECT_STREQ(decoded->tag.name, "kept");
+}
+
+TEST(Key, IsReadFromASampleOfAnyType)
+{
+    ZUV_TEST_SAMPLE(TestMutable, sample);
+    ZUV_TEST_SAMPLE(TestMutable, decoded);
+    sample->id = 7;
+    DDS_Octet buffer[256];
+    DDS_UnsignedLong length = 0;
+    ASSERT_TRUE(ZUVCodec_serialize(sample.type(), &sample, buffer, sizeof(buffer), &length));
+    ASSERT_TRUE(ZUVCodec_deserializeKeyOfSample(decoded.type(), &decoded, buffer, length));
+    EXPECT_EQ(decoded->id, 7);
+
+    ZUV_TEST_SAMPLE(TestTextKey, runs);
+    ZUV_TEST_SAMPLE(TestTextKey, decodedRuns);
+    DDS_String_replace(&runs->second, "ab");
+    runs->first = 8;
+    ASSERT_TRUE(ZUVCodec_serialize(runs.type(), &runs, buffer, sizeof(buffer), &length));
+    ASSERT_TRUE(ZUVCodec_deserializeKeyOfSample(runs.type(), &decodedRuns, buffer, length));
+    EXPECT_STREQ(decodedRuns->second, "ab");
+    EXPECT_EQ(decodedRuns->first, 8);
+}
+
+TEST(Key, IsNotReadFromASampleThatHasNone)
+{
+    const TestOlder sample = {1, 2};
+    TestOlder decoded = {3, 4};
+    DDS_Octet buffer[32];
+    DDS_UnsignedLong length = 0;
+    ASSERT_TRUE(
+        ZUVCodec_serialize(&TestOlder_g_typecode, &sample, buffer, sizeof(buffer), &length));
+    EXPECT_FALSE(ZUVCodec_deserializeKeyOfSample(&TestOlder_g_typecode, &decoded, buffer, length));
+    EXPECT_EQ(decoded.a, 3);
+}
+
 TEST(Key, TravelsAlone)
 {
     const LogCapture log;
