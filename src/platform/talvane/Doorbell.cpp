@@ -16,28 +16,37 @@ Doorbell::~Doorbell()
     zuv::dds::setObserver(reader_, nullptr);
 }
 
-void Doorbell::onDataAvailable(DDS_DataReader & /* reader */)
+void Doorbell::onDataAvailable(DDS_DataReader &reader)
 {
+    // Counted here, where the reader's lock is held anyway: the thread that is woken would wait for it otherwise.
+    const std::uint64_t unread = zuv::dds::unreadSampleCount(reader);
     {
         const std::lock_guard lock(mutex_);
         ++rings_;
+        unreadAtRing_ = unread;
     }
     rung_.notify_all();
 }
 
 bool Doorbell::wait(DDS_Long minCount, const Deadline &deadline)
 {
+    const auto isEnough = [minCount](std::uint64_t unread) {
+        return static_cast<std::int64_t>(unread) >= minCount;
+    };
     std::unique_lock lock(mutex_);
     for (;;) {
         const std::uint64_t heard = rings_;
         lock.unlock();
-        const auto unread = static_cast<std::int64_t>(zuv::dds::unreadSampleCount(reader_));
+        const std::uint64_t unread = zuv::dds::unreadSampleCount(reader_);
         lock.lock();
-        if (unread >= minCount) {
+        if (isEnough(unread)) {
             return true;
         }
         if (!waitUntil(rung_, lock, deadline, [&] { return rings_ != heard; })) {
             return false;
+        }
+        if (isEnough(unreadAtRing_)) {
+            return true;
         }
     }
 }

@@ -17,7 +17,7 @@ public:
 
     void onDataAvailable(DDS_DataReader &reader) override;
 
-    // Wait until so many requests that were not read are in the reader.
+    // Wait until so many requests that were not read are in the reader, at some moment of the call.
     bool wait(DDS_Long minCount, const Deadline &deadline);
 
     // Before a reply: let the requester's reader match, if it has not yet. A requester that did not within the time is
@@ -32,10 +32,11 @@ private:
     void noteUnreachable(const DDS_GUID_t &requestWriter);
 
     DDS_DataReader &reader_;
-    // Taken while the middleware holds the reader's lock: the reader is never called with it held.
+    // Taken while the middleware holds the reader's lock: the reader is never called with this one held.
     std::mutex mutex_;
     std::condition_variable rung_;
     std::uint64_t rings_ = 0;
+    std::uint64_t unreadAtRing_ = 0;
     std::vector<DDS_GUID_t> unreachable_; // request writers, oldest first
 };
 

@@ -6,6 +6,7 @@
 #include <numeric>
 #include <pthread.h>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -542,6 +543,27 @@ TEST(Replier, waitsForRequestsAndLeavesThemWhereTheyAre)
     client.send("two");
     EXPECT_EQ(ZUV_Talvane_Replier_wait_for_requests(replier, 2, &kPatience), DDS_RETCODE_OK);
     EXPECT_EQ(ZUV_Talvane_Replier_wait_for_requests(replier, 3, &kNoTime), DDS_RETCODE_TIMEOUT);
+    EXPECT_EQ(ZUV_Talvane_Replier_delete(replier), DDS_RETCODE_OK);
+    leave(participant);
+}
+
+TEST(Replier, goesOnWaitingUntilRequestsEnoughHaveCome)
+{
+    Client client;
+    DDS_DomainParticipant *const participant = join();
+    ZUV_Talvane_Replier *const replier = zuv_test::createReplier(participant);
+    ASSERT_TRUE(client.waitForServices());
+    std::atomic<bool> isLastSent{false};
+    std::thread asking([&] {
+        for (const char *text : {"one", "two", "three"}) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+            isLastSent = std::string_view(text) == "three";
+            client.send(text);
+        }
+    });
+    EXPECT_EQ(ZUV_Talvane_Replier_wait_for_requests(replier, 3, &kPatience), DDS_RETCODE_OK);
+    EXPECT_TRUE(isLastSent);
+    asking.join();
     EXPECT_EQ(ZUV_Talvane_Replier_delete(replier), DDS_RETCODE_OK);
     leave(participant);
 }
