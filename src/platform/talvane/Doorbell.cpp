@@ -8,6 +8,7 @@ namespace zuv::talvane
 
 Doorbell::Doorbell(DDS_DataReader &reader) : reader_(reader)
 {
+    unreachable_.reserve(kMaxUnreachable); // so that no reply fails for want of memory
     zuv::dds::setObserver(reader_, this);
 }
 

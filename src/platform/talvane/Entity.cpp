@@ -5,6 +5,7 @@
 #include "Doorbell.hpp"
 #include "EntityImpl.hpp"
 #include "Inbox.hpp"
+#include "ListenerGate.hpp"
 #include "platform/dds/DomainParticipant.h"
 #include "platform/dds/Publisher.h"
 #include "platform/dds/Subscriber.h"
@@ -175,8 +176,14 @@ DDS_ReturnCode_t makeEndpoints(ZUV_Talvane_EntityUntypedImpl &entity, Role role,
         ZUV_TALVANE_REPORT(&ZUV_LOG_ANY_FAILURE_s, "write to a filtered topic");
         return DDS_RETCODE_BAD_PARAMETER;
     }
+    DDS_DataReaderListener gateListener = {};
+    if (readerListener != nullptr && readerListener->on_data_available != nullptr) {
+        entity.gate = std::make_unique<ListenerGate>(*readerListener);
+        gateListener = entity.gate->readerListener();
+    }
     // The reader first: when others see the writer, an answer has somewhere to go.
-    entity.reader = makeReader(params, isRequester ? *replyTopic : *requestTopic, readerListener);
+    entity.reader = makeReader(params, isRequester ? *replyTopic : *requestTopic,
+                               entity.gate == nullptr ? nullptr : &gateListener);
     if (entity.reader == nullptr) {
         ZUV_TALVANE_REPORT(&ZUV_LOG_CREATION_FAILURE_s,
                            isRequester ? "reply DataReader" : "request DataReader");
@@ -244,6 +251,7 @@ DDS_ReturnCode_t closeEntity(ZUV_Talvane_EntityUntypedImpl &entity)
         }
         entity.reader = nullptr;
     }
+    entity.gate.reset();
     return DDS_RETCODE_OK;
 }
 

@@ -46,6 +46,7 @@ bool waitUntil(std::condition_variable &changed, std::unique_lock<std::mutex> &l
 
 class Inbox;    // a requester's
 class Doorbell; // a replier's
+class ListenerGate;
 
 // Both types of an entity, and how they become known.
 struct EntityTypes {
@@ -58,7 +59,7 @@ struct EntityTypes {
 enum class Role { kRequester, kReplier };
 
 // Register the types, make or find the topics, make the reader and then the writer. On failure, after reports, the
-// entity has neither.
+// entity has neither. The listener, if there is one, is not called before the gate is opened.
 DDS_ReturnCode_t openEntity(ZUV_Talvane_EntityUntypedImpl &entity, Role role,
                             const ZUV_Talvane_EntityParams &params, const EntityTypes &types,
                             const DDS_DataReaderListener *readerListener);
@@ -81,6 +82,7 @@ struct ZUV_Talvane_EntityUntypedImpl {
     DDS_Duration_t matchWait = {0, 0}; // a replier's: how long a reply waits for its requester
     std::unique_ptr<zuv::talvane::Inbox> inbox;
     std::unique_ptr<zuv::talvane::Doorbell> doorbell;
+    std::unique_ptr<zuv::talvane::ListenerGate> gate;
 };
 
 #endif

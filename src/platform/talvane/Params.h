@@ -15,7 +15,8 @@ struct ZUV_Talvane_Replier;
 typedef DDS_ReturnCode_t (*ZUV_Talvane_RegisterTypeFunction)(DDS_DomainParticipant *participant,
                                                              const char *typeName);
 
-/* Called on a thread of the middleware when requests have arrived. */
+/* Called when requests have arrived, by one thread at a time: one of the middleware's, but for requests that
+ * arrive while the replier is being made that which makes it. */
 typedef struct ZUV_Talvane_ReplierListener {
     void (*on_request_available)(struct ZUV_Talvane_Replier *replier, void *user_data);
     void *user_data;

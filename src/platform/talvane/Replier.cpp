@@ -4,6 +4,7 @@
 
 #include "Doorbell.hpp"
 #include "EntityImpl.hpp"
+#include "ListenerGate.hpp"
 #include "platform/dds/Report.hpp"
 #include "platform/osapi/Fault.h"
 #include "platform/osapi/Heap.h"
@@ -79,6 +80,9 @@ DDS_ReturnCode_t ZUV_Talvane_ReplierUntypedImpl_initialize(
         return code;
     }
     self->matchWait = matchWaitOf(self->writer);
+    if (self->gate != nullptr) {
+        self->gate->open(self->reader);
+    }
     return DDS_RETCODE_OK;
 }
 

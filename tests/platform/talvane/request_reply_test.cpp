@@ -18,6 +18,7 @@
 #include "platform/log/LogMessages.h"
 #include "platform/osapi/Fault.h"
 #include "platform/typesys/String.h"
+#include "support/Eventually.h"
 #include "support/HeapCheck.h"
 #include "support/LogCapture.h"
 #include "support/Loopback.h"
@@ -639,6 +640,59 @@ TEST(Replier, tellsItsListenerOfRequests)
     EXPECT_EQ(heard, 1);
     EXPECT_EQ(ZUV_Talvane_Replier_delete(replier), DDS_RETCODE_OK);
     leave(participant);
+}
+
+// Takes all requests, and notes whether the replier could do so and could answer.
+struct Taker {
+    std::atomic<int> calls{0};
+    std::atomic<int> failures{0};
+
+    static void onRequest(ZUV_Talvane_Replier *replier, void *data)
+    {
+        auto *const self = static_cast<Taker *>(data);
+        ++self->calls;
+        void **samples = nullptr;
+        DDS_Long count = 0;
+        DDS_Boolean isLoan = DDS_BOOLEAN_FALSE;
+        DDS_SampleInfoSeq infos = DDS_SEQUENCE_INITIALIZER;
+        const DDS_ReturnCode_t code = ZUV_Talvane_EntityUntypedImpl_get_sample_loaned(
+            replier->_impl, &samples, &count, &isLoan, nullptr, &infos, 0, 0, DDS_BOOLEAN_TRUE, -1,
+            nullptr, DDS_BOOLEAN_TRUE);
+        if (code == DDS_RETCODE_OK) {
+            ZUV_Talvane_EntityUntypedImpl_return_loan(replier->_impl, samples, count, &infos);
+        }
+        if ((code != DDS_RETCODE_OK && code != DDS_RETCODE_NO_DATA) ||
+            ZUV_Talvane_EntityUntypedImpl_get_datawriter(replier->_impl) == nullptr) {
+            ++self->failures;
+        }
+    }
+};
+
+TEST(Replier, doesNotCallItsListenerBeforeItIsWhole)
+{
+    Client client; // in the replier's participant, where endpoints find each other at once
+    Taker taker;
+    const ZUV_Talvane_ReplierListener listener = {Taker::onRequest, &taker};
+    for (int round = 0; round < 15; ++round) {
+        const int before = taker.calls;
+        std::atomic<bool> isEnough{false};
+        std::thread asking([&] {
+            while (!isEnough) {
+                client.send("one");
+            }
+        });
+        ZUV_Talvane_Replier *const replier =
+            zuv_test::createReplier(client.participant, nullptr, &listener);
+        EXPECT_TRUE(zuv_test::eventually([&] { return taker.calls > before; }));
+        isEnough = true;
+        asking.join();
+        EXPECT_TRUE(zuv_test::eventually([&] {
+            return ZUV_Talvane_Replier_wait_for_requests(replier, 1, &kNoTime) ==
+                   DDS_RETCODE_TIMEOUT;
+        }));
+        EXPECT_EQ(ZUV_Talvane_Replier_delete(replier), DDS_RETCODE_OK);
+    }
+    EXPECT_EQ(taker.failures, 0);
 }
 
 // -- What cannot be made --------------------------------------------------------------------------------------------
