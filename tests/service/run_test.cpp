@@ -14,6 +14,7 @@ namespace
 {
 
 using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
 const std::string kRoot = ZUV_ROOT;
@@ -164,13 +165,28 @@ TEST_F(Run, endsAllWhenItsTerminalGoesAway)
 
 TEST_F(Run, endsAllWhenItIsEnded)
 {
-    options_.onTerminal = false;
     Process run(command({"--", "-timeout", "4"}), options_);
     ASSERT_TRUE(run.waitForOutput(kPrompt)) << run.errors();
     EXPECT_EQ(meetFamily(run), 3U);
     run.signal(SIGTERM);
     EXPECT_EQ(run.wait(), 128 + SIGTERM);
     EXPECT_TRUE(isFamilyGone());
+}
+
+TEST_F(Run, passesArgumentsOnToTheShellInATourToo)
+{
+    options_.onTerminal = false;
+    const ProcessResult result = runProcess(command({"--", "-timeout", "4"}), "", options_);
+    EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_THAT(result.output, HasSubstr("shutdown S1"));
+    EXPECT_THAT(result.output, HasSubstr("bridge_saved.xml:\n"));
+
+    std::ofstream(folder_.path("own.txt")) << "get S1\nexit\n";
+    const ProcessResult own =
+        runProcess(command({"--tour", "--", "-cmdFile", "own.txt"}), "", options_);
+    EXPECT_EQ(own.status, 0) << own.errors;
+    EXPECT_THAT(own.output, HasSubstr("get S1"));
+    EXPECT_THAT(own.output, Not(HasSubstr("bridge_saved.xml:")));
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // The tour that a newcomer sees, from its first byte to its last.
 #include <filesystem>
 #include <regex>
+#include <sstream>
 
 #include "ServiceTest.h"
 #include "support/Loopback.h"
@@ -39,6 +40,31 @@ TEST(Tour, printsTheTranscript)
                   "\n" + saved + ":\n" + folder.read(saved),
               expectedTranscript());
     EXPECT_EQ(service.wait(), 0);
+}
+
+// The words of the list that "help" prints.
+std::vector<std::string> commandsOfHelp(const std::string &transcript)
+{
+    std::vector<std::string> words;
+    std::istringstream lines(transcript.substr(transcript.find("Commands:\n")));
+    std::string line;
+    std::getline(lines, line);
+    while (std::getline(lines, line) && !line.empty()) {
+        words.push_back(line.substr(0, line.find(' ')));
+    }
+    return words;
+}
+
+TEST(Tour, showsEveryCommand)
+{
+    const std::string tour = "\n" + contentOf(kRoot + "/examples/tour.txt");
+    const std::vector<std::string> commands = commandsOfHelp(expectedTranscript());
+    EXPECT_EQ(commands.size(), 14U);
+    for (const std::string &command : commands) {
+        EXPECT_TRUE(tour.find("\n" + command + " ") != std::string::npos ||
+                    tour.find("\n" + command + "\n") != std::string::npos)
+            << command;
+    }
 }
 
 TEST(Tour, standsInTheReadmeAsItIs)
