@@ -225,6 +225,6 @@ DDS_Boolean ZUVTypeEndpointData_serializedSampleToKeyHash(ZUVTypeEndpointData *s
         return DDS_BOOLEAN_FALSE;
     }
     const std::lock_guard lock(self->mutex);
-    return ZUVCodec_deserializeKeyOfSample(self->type, self->keyHolder, buffer, length) &&
+    return ZUVCodec_deserialize(self->type, self->keyHolder, buffer, length) &&
            ZUVCodec_getKeyHash(self->type, self->keyHolder, hash);
 }
