@@ -116,6 +116,21 @@ std::string camelCase(const std::string &tag)
     return name;
 }
 
+// Where the root's tag begins in a document that has been read: behind comments and instructions.
+std::size_t rootOf(const std::string &document)
+{
+    std::size_t at = document.find('<');
+    for (;;) {
+        if (document.compare(at, 4, "<!--") == 0) {
+            at = document.find('<', document.find("-->", at));
+        } else if (document.compare(at, 2, "<?") == 0) {
+            at = document.find('<', document.find("?>", at));
+        } else {
+            return at;
+        }
+    }
+}
+
 // The snippet of an entity with a name. Without one of its own the libraries would give it the number that it has among
 // its siblings, which may be taken when one in front of the last was deleted: then it gets the next free one.
 std::string withName(const Object *parent, std::string snippet)
@@ -135,7 +150,7 @@ std::string withName(const Object *parent, std::string snippet)
     while (ZUVXMLUTILSObject_lookUpChild(parent, name.c_str()) != nullptr) {
         name = camelCase(tag) + std::to_string(++number);
     }
-    const std::size_t end = snippet.find("<" + tag) + 1 + tag.size();
+    const std::size_t end = rootOf(snippet) + 1 + tag.size();
     return snippet.insert(end, " name=\"" + name + "\"");
 }
 

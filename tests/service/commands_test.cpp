@@ -375,6 +375,11 @@ TEST_F(Create, passesOverNumbersThatAreTaken)
               result("created dr1::s1::AutoTopicRoute3"));
     EXPECT_EQ(client.send(kCreate, "dr1::s1", routes[0]),
               result("created dr1::s1::AutoTopicRoute5"));
+    EXPECT_EQ(client.send(kCreate, "dr1::s1",
+                          "str://\"<!-- an <auto_topic_route> --><?note <auto_topic_route?>"
+                          "<auto_topic_route><input participant='left'/>"
+                          "<output participant='right'/></auto_topic_route>\""),
+              result("created dr1::s1::AutoTopicRoute6"));
     EXPECT_EQ(ask("save S1"), result("saved to saved.xml"));
 }
 
