@@ -51,9 +51,14 @@ typename Kind::Endpoint *makeEndpoint(typename Kind::Group &group, typename Kind
     made->fastEntity = made->fast;
     made->handle = toOurs(made->fast->get_instance_handle());
     useTopic(topic, 1);
-    const std::lock_guard lock(group.mutex);
-    (group.*Kind::kList).push_back(made.get());
-    return made.release();
+    typename Kind::Endpoint *const endpoint = made.get();
+    {
+        const std::lock_guard lock(group.mutex);
+        (group.*Kind::kList).push_back(endpoint);
+        made.release();
+    }
+    endpoint->adapter->open();
+    return endpoint;
 }
 
 template <typename Kind>

@@ -75,6 +75,17 @@ void ReaderAdapter::setListener(const DDS_DataReaderListener *listener, DDS_Stat
     listener_->keeper.setListener(listener, mask);
 }
 
+void ReaderAdapter::open()
+{
+    auto &keeper = listener_->keeper;
+    keeper.open();
+    keeper.tellMissed(listener_->matched, DDS_SUBSCRIPTION_MATCHED_STATUS,
+                      &DDS_DataReaderListener::on_subscription_matched);
+    keeper.tellMissed(listener_->incompatible, DDS_REQUESTED_INCOMPATIBLE_QOS_STATUS,
+                      &DDS_DataReaderListener::on_requested_incompatible_qos);
+    keeper.tellMissed(DDS_DATA_AVAILABLE_STATUS, &DDS_DataReaderListener::on_data_available);
+}
+
 void ReaderAdapter::setObserver(ReaderObserver *observer)
 {
     const std::lock_guard lock(listener_->observerMutex);

@@ -28,6 +28,8 @@ public:
 
     eprosima::fastdds::dds::DataReaderListener *fastListener();
     void setListener(const DDS_DataReaderListener *listener, DDS_StatusMask mask);
+    // Once, when the reader is whole: the listener is called from here on, and first for what has happened already.
+    void open();
     void setObserver(ReaderObserver *observer);
 
     DDS_SubscriptionMatchedStatus takeMatchedStatus();

@@ -4,6 +4,7 @@
 #define ZUV_PLATFORM_DDS_STATUS_KEEPER_HPP
 
 #include <mutex>
+#include <utility>
 
 #include "platform/dds/Status.h"
 
@@ -31,28 +32,15 @@ public:
     void count(Status &status, const FastStatus &fast, DDS_StatusMask bit,
                void (*Listener::*callback)(void *, Endpoint *, const Status *), NoteRest &&noteRest)
     {
-        Status seen;
-        Listener user;
-        bool isCalled;
-        {
-            const std::lock_guard lock(mutex_);
-            status.total_count = static_cast<DDS_Long>(fast.total_count);
-            status.total_count_change += static_cast<DDS_Long>(fast.total_count_change);
-            if constexpr (kIsMatched<Status>) {
-                status.current_count = fast.current_count;
-                status.current_count_change += fast.current_count_change;
-            }
-            noteRest(status);
-            user = listener_;
-            isCalled = (mask_ & bit) != 0 && user.*callback != nullptr;
-            seen = status;
-            if (isCalled) {
-                forgetChanges(status);
-            }
+        std::unique_lock lock(mutex_);
+        status.total_count = static_cast<DDS_Long>(fast.total_count);
+        status.total_count_change += static_cast<DDS_Long>(fast.total_count_change);
+        if constexpr (kIsMatched<Status>) {
+            status.current_count = fast.current_count;
+            status.current_count_change += fast.current_count_change;
         }
-        if (isCalled) {
-            (user.*callback)(user.listener_data, &endpoint_, &seen);
-        }
+        noteRest(status);
+        call(std::move(lock), status, bit, callback);
     }
 
     // The same for two endpoints that do not fit each other.
@@ -68,15 +56,32 @@ public:
     // Call the listener for something that is not counted.
     void tell(DDS_StatusMask bit, void (*Listener::*callback)(void *, Endpoint *))
     {
-        Listener user;
-        bool isCalled;
-        {
-            const std::lock_guard lock(mutex_);
-            user = listener_;
-            isCalled = (mask_ & bit) != 0 && user.*callback != nullptr;
+        call(std::unique_lock(mutex_), bit, callback);
+    }
+
+    // The endpoint is whole. Up to here the listener is not called, as it may ask the endpoint; what it has missed it
+    // is told by the calls below.
+    void open()
+    {
+        const std::lock_guard lock(mutex_);
+        isOpen_ = true;
+    }
+
+    template <typename Status>
+    void tellMissed(Status &status, DDS_StatusMask bit,
+                    void (*Listener::*callback)(void *, Endpoint *, const Status *))
+    {
+        std::unique_lock lock(mutex_);
+        if ((missed_ & bit) != 0) {
+            call(std::move(lock), status, bit, callback);
         }
-        if (isCalled) {
-            (user.*callback)(user.listener_data, &endpoint_);
+    }
+
+    void tellMissed(DDS_StatusMask bit, void (*Listener::*callback)(void *, Endpoint *))
+    {
+        std::unique_lock lock(mutex_);
+        if ((missed_ & bit) != 0) {
+            call(std::move(lock), bit, callback);
         }
     }
 
@@ -109,10 +114,45 @@ private:
         }
     }
 
+    // Whether the listener is to be called now; if only later, that is noted.
+    bool mayCall(DDS_StatusMask bit, bool hasCallback)
+    {
+        const bool isWanted = (mask_ & bit) != 0 && hasCallback;
+        missed_ = isWanted && !isOpen_ ? missed_ | bit : missed_ & ~bit;
+        return isWanted && isOpen_;
+    }
+
+    template <typename Status>
+    void call(std::unique_lock<std::mutex> lock, Status &status, DDS_StatusMask bit,
+              void (*Listener::*callback)(void *, Endpoint *, const Status *))
+    {
+        if (!mayCall(bit, listener_.*callback != nullptr)) {
+            return;
+        }
+        const Listener user = listener_;
+        const Status seen = status;
+        forgetChanges(status);
+        lock.unlock();
+        (user.*callback)(user.listener_data, &endpoint_, &seen);
+    }
+
+    void call(std::unique_lock<std::mutex> lock, DDS_StatusMask bit,
+              void (*Listener::*callback)(void *, Endpoint *))
+    {
+        if (!mayCall(bit, listener_.*callback != nullptr)) {
+            return;
+        }
+        const Listener user = listener_;
+        lock.unlock();
+        (user.*callback)(user.listener_data, &endpoint_);
+    }
+
     Endpoint &endpoint_;
     std::mutex mutex_;
     Listener listener_ = {};
     DDS_StatusMask mask_ = DDS_STATUS_MASK_NONE;
+    DDS_StatusMask missed_ = DDS_STATUS_MASK_NONE;
+    bool isOpen_ = false;
 };
 
 } // namespace zuv::dds

@@ -89,6 +89,16 @@ void WriterAdapter::setListener(const DDS_DataWriterListener *listener, DDS_Stat
     listener_->keeper.setListener(listener, mask);
 }
 
+void WriterAdapter::open()
+{
+    auto &keeper = listener_->keeper;
+    keeper.open();
+    keeper.tellMissed(listener_->matched, DDS_PUBLICATION_MATCHED_STATUS,
+                      &DDS_DataWriterListener::on_publication_matched);
+    keeper.tellMissed(listener_->incompatible, DDS_OFFERED_INCOMPATIBLE_QOS_STATUS,
+                      &DDS_DataWriterListener::on_offered_incompatible_qos);
+}
+
 DDS_PublicationMatchedStatus WriterAdapter::takeMatchedStatus()
 {
     return listener_->keeper.take(listener_->matched);

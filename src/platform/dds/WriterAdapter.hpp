@@ -29,6 +29,8 @@ public:
 
     eprosima::fastdds::dds::DataWriterListener *fastListener();
     void setListener(const DDS_DataWriterListener *listener, DDS_StatusMask mask);
+    // Once, when the writer is whole: the listener is called from here on, and first for what has happened already.
+    void open();
 
     DDS_PublicationMatchedStatus takeMatchedStatus();
     DDS_OfferedIncompatibleQosStatus takeIncompatibleStatus();

@@ -322,6 +322,52 @@ TEST(Listeners, hearOfTheStatusesInTheirMask)
     EXPECT_EQ(all.data, 1);
 }
 
+// What a listener learned when it asked the endpoint that it was called for.
+struct Asked {
+    std::atomic<int> calls{0};
+    std::atomic<int> failures{0};
+
+    void note(DDS_ReturnCode_t code, DDS_Boolean isEnabled)
+    {
+        failures += code != DDS_RETCODE_OK || !isEnabled;
+        ++calls;
+    }
+};
+
+// Endpoints of one participant match while the second of them is being made.
+TEST(Listeners, areCalledForAnEndpointThatIsWhole)
+{
+    Asked reading, writing;
+    Link<AnswerType> link;
+    DDS_DataReaderListener ofReader = {};
+    ofReader.listener_data = &reading;
+    ofReader.on_subscription_matched = [](void *data, DDS_DataReader *reader,
+                                          const DDS_SubscriptionMatchedStatus *) {
+        DDS_SubscriptionMatchedStatus status = {};
+        static_cast<Asked *>(data)->note(
+            DDS_DataReader_get_subscription_matched_status(reader, &status),
+            DDS_Entity_is_enabled(DDS_DataReader_as_entity(reader)));
+    };
+    DDS_Subscriber_create_datareader(link.subscriber, DDS_Topic_as_topicdescription(link.topic),
+                                     &DDS_DATAREADER_QOS_DEFAULT, &ofReader, DDS_STATUS_MASK_ALL);
+    EXPECT_TRUE(eventually([&] { return reading.calls == 1; }));
+
+    DDS_DataWriterListener ofWriter = {};
+    ofWriter.listener_data = &writing;
+    ofWriter.on_publication_matched = [](void *data, DDS_DataWriter *writer,
+                                         const DDS_PublicationMatchedStatus *) {
+        DDS_PublicationMatchedStatus status = {};
+        static_cast<Asked *>(data)->note(
+            DDS_DataWriter_get_publication_matched_status(writer, &status),
+            DDS_Entity_is_enabled(DDS_DataWriter_as_entity(writer)));
+    };
+    DDS_Publisher_create_datawriter(link.publisher, link.topic, &DDS_DATAWRITER_QOS_DEFAULT,
+                                    &ofWriter, DDS_STATUS_MASK_ALL);
+    EXPECT_TRUE(eventually([&] { return writing.calls >= 1; }));
+    EXPECT_EQ(reading.failures, 0);
+    EXPECT_EQ(writing.failures, 0);
+}
+
 TEST(Listeners, hearWhichPolicyDoesNotFit)
 {
     Link<AnswerType> link([](DDS_DataWriterQos &writer, DDS_DataReaderQos &) {
