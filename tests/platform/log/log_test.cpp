@@ -20,6 +20,14 @@ static std::uint32_t TestLog_g_instrumentationMask = 0;
 static std::uint32_t TestLog_g_submoduleMask = 0;
 #define Test_LOG_MODULE_ID 0x77u
 
+// The linker puts this in the place of ZUVLog_onAssertBreakpoint.
+static int breakpointPasses = 0;
+
+extern "C" void countBreakpointPass(void)
+{
+    ++breakpointPasses;
+}
+
 namespace
 {
 
@@ -287,6 +295,19 @@ TEST_F(Log, aFailedPreconditionIsMarkedWhenATestWantsToKnow)
     EXPECT_EQ(ZUVLog_g_preconditionDetected, 0);
     isRefused(nullptr);
     EXPECT_EQ(ZUVLog_g_preconditionDetected, 1);
+}
+
+TEST_F(Log, aFailedPreconditionPassesTheDebuggersPlace)
+{
+    const LogCapture log;
+    breakpointPasses = 0;
+    isRefused(&log);
+    EXPECT_EQ(breakpointPasses, 0);
+    isRefused(nullptr);
+    EXPECT_EQ(breakpointPasses, 1);
+    TestLog_g_instrumentationMask = 0;
+    isRefused(nullptr);
+    EXPECT_EQ(breakpointPasses, 2);
 }
 
 TEST_F(Log, aSilentPreconditionStillFails)
