@@ -1,6 +1,7 @@
 #include <cstdint>
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -11,6 +12,23 @@
 #include "remoteConfig/RemoteConfigInfrastructure.h"
 #include "support/HeapCheck.h"
 #include "support/LogCapture.h"
+
+// States are measured and not written as long as this is so.
+static bool areStatesUnwritable = false;
+
+extern "C" {
+DDS_ReturnCode_t __real_ZUV_Service_EntityStateTypeSupport_serialize_data_to_cdr_buffer(
+    char *buffer, unsigned int *length, const ZUV_Service_EntityState *sample);
+
+DDS_ReturnCode_t __wrap_ZUV_Service_EntityStateTypeSupport_serialize_data_to_cdr_buffer(
+    char *buffer, unsigned int *length, const ZUV_Service_EntityState *sample)
+{
+    return buffer != nullptr && areStatesUnwritable
+               ? DDS_RETCODE_ERROR
+               : __real_ZUV_Service_EntityStateTypeSupport_serialize_data_to_cdr_buffer(
+                     buffer, length, sample);
+}
+}
 
 namespace
 {
@@ -232,6 +250,15 @@ TEST_F(Bodies, octetsThatAreNoStateAreReported)
          {&ZUV_CDR_LOG_DESERIALIZE_FAILURE_s, "!deserialize state from request octet body"}}));
 }
 
+TEST_F(Bodies, octetsThatAreNoStateMakeTheStateInvalid)
+{
+    setOctets(reply_.octet_body, "not a state");
+    ZUV_Service_EntityStateKind state = kPaused;
+    EXPECT_EQ(ZUV_BrelServiceAdminSupport_getStateFromOctetBody(&reply_.octet_body, &state), 0);
+    EXPECT_EQ(state, kInvalid);
+    EXPECT_EQ(log_.texts().back(), "!deserialize state from octet body");
+}
+
 TEST_F(Bodies, emptyOctetsLeaveTheStateAlone)
 {
     ZUV_Service_EntityStateKind state = kPaused;
@@ -258,8 +285,22 @@ TEST_F(Bodies, stateThatIsNoneIsNotSerialized)
 {
     const auto none = static_cast<ZUV_Service_EntityStateKind>(7);
     EXPECT_EQ(ZUV_BrelServiceAdminSupport_setStateInReply(&reply_, none), 0);
-    EXPECT_EQ(log_.texts().back(), "!serialize state in reply octet body");
+    EXPECT_TRUE(log_.isExactly(
+        {{&ZUV_LOG_ANY_FAILURE_s, "!an enumeration holds a value that it does not have"},
+         {&ZUV_CDR_LOG_SERIALIZE_FAILURE_s, "!serialize ZUV::Service::EntityState"},
+         {&ZUV_LOG_GET_FAILURE_s, "!get CDR buffer size for state"},
+         {&ZUV_CDR_LOG_SERIALIZE_FAILURE_s, "!serialize state in reply octet body"}}));
     EXPECT_EQ(DDS_OctetSeq_get_length(&reply_.octet_body), 0);
+}
+
+TEST_F(Bodies, stateThatIsMeasuredAndNotWrittenIsReported)
+{
+    areStatesUnwritable = true;
+    EXPECT_EQ(ZUV_BrelServiceAdminSupport_setStateInRequest(&request_, kPaused), 0);
+    areStatesUnwritable = false;
+    EXPECT_TRUE(log_.isExactly(
+        {{&ZUV_CDR_LOG_SERIALIZE_FAILURE_s, "!serialize state in octet body"},
+         {&ZUV_CDR_LOG_SERIALIZE_FAILURE_s, "!serialize state in request octet body"}}));
 }
 
 TEST_F(Bodies, stateOperationsNeedASample)
@@ -277,6 +318,15 @@ TEST_F(Bodies, stateOperationsNeedASample)
     expectPrecondition("octetBody == ((void *)0)");
     EXPECT_EQ(ZUV_BrelServiceAdminSupport_setStateInOctetBody(nullptr, kPaused), 0);
     expectPrecondition("octetBody == ((void *)0)");
+}
+
+TEST_F(Bodies, stateThatIsReadNeedsAPlace)
+{
+    ASSERT_EQ(ZUV_BrelServiceAdminSupport_setStateInReply(&reply_, kPaused), 1);
+    EXPECT_EQ(ZUV_BrelServiceAdminSupport_getStateFromOctetBody(&reply_.octet_body, nullptr), 0);
+    expectPrecondition("stateKind == ((void *)0)");
+    EXPECT_EQ(ZUV_BrelServiceAdminSupport_getStateFromStringBody("PAUSED", nullptr), 0);
+    expectPrecondition("stateKind == ((void *)0)");
 }
 
 // Buffers of a reply.
@@ -354,6 +404,40 @@ TEST_F(Buffers, wantOfMemoryIsReportedWithTheLengthAndChangesNothing)
     ASSERT_EQ(log_.lines().size(), 1u);
     EXPECT_EQ(log_.lines()[0].message, &ZUV_OSAPI_MEMORY_LOG_OUT_OF_HEAP_STRING_d);
     EXPECT_NE(log_.lines()[0].text.find("300"), std::string::npos);
+}
+
+TEST_F(Buffers, contentThatDoesNotFitNeedsADynamicOneAndItsLength)
+{
+    const auto buffer = ZUV_BrelServiceAdminSupport_getBufferForContent;
+    EXPECT_EQ(buffer(preallocated_, 100, nullptr, nullptr, nullptr, 99), preallocated_);
+    EXPECT_TRUE(log_.isEmpty());
+    EXPECT_EQ(buffer(preallocated_, 100, &isReallocated_, nullptr, &dynamicLength_, 100), nullptr);
+    expectPrecondition("dynamicBuffer == ((void *)0)");
+    EXPECT_EQ(buffer(preallocated_, 100, &isReallocated_, &dynamic_, nullptr, 100), nullptr);
+    expectPrecondition("dynamicBufferLength == ((void *)0)");
+    EXPECT_EQ(isReallocated_, 0);
+    EXPECT_EQ(dynamic_, nullptr);
+    EXPECT_EQ(dynamicLength_, 0);
+}
+
+TEST_F(Buffers, bodiesOfAReplyNeedADynamicOneAndItsLength)
+{
+    const auto setStringBody = ZUV_BrelServiceAdminSupport_setStringBodyBuffer;
+    const auto setOctetBody = ZUV_BrelServiceAdminSupport_setOctetBodyContiguousBuffer;
+    const char *const stringBody = reply_.string_body;
+    EXPECT_EQ(setStringBody(&reply_, 0, nullptr, &dynamicLength_, 10), 0);
+    EXPECT_EQ(setStringBody(&reply_, 0, &dynamic_, nullptr, 10), 0);
+    EXPECT_EQ(reply_.string_body, stringBody);
+    DDS_Octet *octets = nullptr;
+    EXPECT_EQ(setOctetBody(&reply_, nullptr, &dynamicLength_, 10), 0);
+    EXPECT_EQ(setOctetBody(&reply_, &octets, nullptr, 10), 0);
+    EXPECT_EQ(DDS_OctetSeq_get_maximum(&reply_.octet_body), 0);
+    const std::string buffer = "!meet precondition: \"dynamicBuffer == ((void *)0)\"";
+    const std::string length = "!meet precondition: \"dynamicBufferLength == ((void *)0)\"";
+    const std::string string = "!get string body buffer for reply";
+    const std::string octet = "!get octet body contiguous buffer for reply";
+    EXPECT_EQ(log_.texts(), (std::vector<std::string>{buffer, string, length, string, buffer, octet,
+                                                      length, octet}));
 }
 
 TEST_F(Buffers, stringBodyGetsRoomForItsTerminator)
@@ -470,6 +554,20 @@ TEST_F(OctetBuffers, bufferThatCannotBeLentIsReleased)
     EXPECT_EQ(DDS_OctetSeq_get_length(&reply_.octet_body), 10);
 }
 
+TEST_F(OctetBuffers, bufferOfFormerRepliesIsKeptWhenItCannotBeLent)
+{
+    ASSERT_EQ(set(50), 1);
+    ASSERT_TRUE(DDS_OctetSeq_unloan(&reply_.octet_body));
+    DDS_Octet *const former = dynamic_;
+    setOctets(reply_.octet_body, "own octets");
+    const zuv_test::HeapCheck heap;
+    EXPECT_EQ(set(50), 0);
+    ASSERT_EQ(dynamic_, former);
+    EXPECT_EQ(dynamicLength_, 50);
+    EXPECT_EQ(heap.liveBlocks(), 0);
+    EXPECT_EQ(log_.texts().back(), "!loan reply's octet body contiguous buffer");
+}
+
 TEST_F(OctetBuffers, needAReply)
 {
     EXPECT_EQ(ZUV_BrelServiceAdminSupport_setOctetBodyContiguousBuffer(nullptr, &dynamic_,
@@ -490,6 +588,13 @@ DDS_Boolean writeFour(char *buffer, DDS_UnsignedLong *size, void *sample)
         std::memcpy(buffer, sample, 4);
     }
     return DDS_BOOLEAN_TRUE;
+}
+
+// Tells the size and writes nothing.
+DDS_Boolean measureFour(char *buffer, DDS_UnsignedLong *size, void *)
+{
+    *size = 4;
+    return buffer == nullptr ? DDS_BOOLEAN_TRUE : DDS_BOOLEAN_FALSE;
 }
 
 TEST_F(Bodies, sampleIsSerializedIntoASequence)
@@ -517,6 +622,15 @@ TEST_F(Bodies, sampleIsSerializedIntoASequence)
     expectPrecondition("octetSeq == ((void *)0)");
     EXPECT_FALSE(serialize(&reply_.octet_body, nullptr, sample));
     expectPrecondition("dataPlugin == ((void *)0)");
+}
+
+TEST_F(Bodies, sampleThatIsMeasuredAndNotWrittenIsAFailure)
+{
+    ZUV_BrelServiceDataPlugin plugin = {nullptr, measureFour, nullptr};
+    char sample[] = "abcd";
+    EXPECT_FALSE(ZUV_BrelServiceDataPlugin_serializeSampleIntoOctetSequence(&reply_.octet_body,
+                                                                            &plugin, sample));
+    EXPECT_TRUE(log_.isEmpty());
 }
 
 } // namespace
