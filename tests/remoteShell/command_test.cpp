@@ -199,6 +199,7 @@ TEST_F(Command, deletesAnEntityAndShutsTheServiceDownByTheSameRequest)
 {
     expectSent("delete S1", {false, "S1", kDelete, "", "", "", 1});
     expectSent("delete S1 e1", {false, "S1", kDelete, "e1", "", "", 1});
+    expectSent("delete S1 e1 x", {false, "S1", kDelete, "e1", "", "", 1});
     expectSent("shutdown S1", {false, "S1", kDelete, "", "", "", 1});
     expectSent("shutdown S1 e1", {false, "S1", kDelete, "", "", "", 1});
     expectSyntax("delete", "delete <target_brel> [<entity_name>]");
@@ -216,12 +217,15 @@ TEST_F(Command, getsTheServiceOrAnEntity)
 {
     expectSent("get S1", {false, "S1", kGet, "", "", "", 1});
     expectSent("get S1 e1", {false, "S1", kGet, "e1", "", "", 1});
+    expectSent("get S1 e1 x", {false, "S1", kGet, "e1", "", "", 1});
     expectSyntax("get", "get <target_brel>");
 }
 
 TEST_F(Command, addsAPeer)
 {
     expectSent("add_peer S1 p1 udpv4://host",
+               {false, "S1", kUpdate, "p1", "udpv4://host", tag("add_peer"), 1});
+    expectSent("add_peer S1 p1 udpv4://host x",
                {false, "S1", kUpdate, "p1", "udpv4://host", tag("add_peer"), 1});
     expectSyntax("add_peer S1 p1", "add_peer <target_brel> <participant> <peer_list>");
     expectSyntax("add_peer", "add_peer <target_brel> <participant> <peer_list>");

@@ -7,9 +7,13 @@
 #include <gtest/gtest.h>
 
 #include "FakeClient.h"
+#include "config/ProductInfo.h"
 #include "log/Log.h"
+#include "platform/dds/DomainParticipantFactory.h"
 #include "platform/osapi/Fault.h"
 #include "remoteShell/Shell.h"
+#include "support/Files.h"
+#include "support/HeapCheck.h"
 #include "support/LogCapture.h"
 
 // The program's own main, compiled under another name.
@@ -37,6 +41,7 @@ protected:
     ~Main() override
     {
         ZUVOsapiFault_disarm();
+        BRELProductInfo_reset();
         pthread_sigmask(SIG_SETMASK, &mask_, nullptr);
         for (std::size_t index = 0; index < actions_.size(); ++index) {
             sigaction(kHandled[index], &actions_[index], nullptr);
@@ -55,6 +60,15 @@ protected:
         const int status = shellMain(static_cast<int>(arguments.size()), argv.data());
         output_ = testing::internal::GetCapturedStdout();
         return status;
+    }
+
+    // The product and the shell have these names until the end of the test.
+    static void rename(const char *product, const char *shell)
+    {
+        ZUV_BrelServiceProductInfo names = {};
+        names.product_name = product;
+        names.shell_executable_name = shell;
+        BRELProductInfo_set(&names);
     }
 
     // A run in which a fault point fails at its `count`-th pass.
@@ -109,6 +123,42 @@ TEST_F(Main, answersARequestForHelpBeforeAnythingElse)
         EXPECT_EQ(fakeClient().domainId, -1);
     }
     EXPECT_TRUE(log_.isEmpty());
+}
+
+TEST_F(Main, namesAnotherProductInTheHelpOfItsOptions)
+{
+    rename("Other Service", "othersh");
+    EXPECT_EQ(run({"-help"}), -1);
+    EXPECT_TRUE(output_.starts_with("Other Service Shell 7.7.0\nUsage: othersh [options]...\n"))
+        << output_;
+}
+
+TEST_F(Main, namesAnotherProductInItsPromptAndInTheHelpOfItsCommands)
+{
+    rename("Other Service", "othersh");
+    const zuv_test::TemporaryFolder folder;
+    EXPECT_EQ(run({"-cmdFile", folder.write("commands", "help\n")}), 0);
+    EXPECT_TRUE(output_.starts_with("Domain id 0, timeout 15\n"
+                                    "Other Service > help \n"
+                                    "\n"
+                                    "Other Service Shell\n"))
+        << output_;
+    for (const char *line : {"\nload     - Load Other Service XML configuration\n",
+                             "\nunload   - Unload current Other Service configuration\n",
+                             "\nsave     - Save Other Service configuration to file\n",
+                             "\nget      - Get  Other Service configuration as a string\n"}) {
+        EXPECT_NE(output_.find(line), std::string::npos) << line << output_;
+    }
+    EXPECT_TRUE(output_.ends_with("\nOther Service > Stopping...\n")) << output_;
+}
+
+TEST_F(Main, releasesTheParticipantFactoryAtItsEnd)
+{
+    const zuv_test::HeapCheck heap;
+    ASSERT_NE(DDS_DomainParticipantFactory_get_instance(), nullptr);
+    ASSERT_GT(heap.liveBlocks(), 0);
+    EXPECT_EQ(run({"-cmdFile", "/dev/null"}), 0);
+    EXPECT_TRUE(heap.isBalanced());
 }
 
 TEST_F(Main, failsWhenTheSignalsCannotBeBlocked)

@@ -1,13 +1,31 @@
+#include <optional>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "log/Log.h"
+#include "platform/kolm/Version.h"
 #include "platform/osapi/Fault.h"
 #include "remoteShell/ShellParameterManager.h"
 #include "support/HeapCheck.h"
 #include "support/LogCapture.h"
+
+// What the middleware says of its version, unless it is to say the truth.
+static std::optional<DDS_ProductVersion_t> toldVersion;
+
+extern "C" {
+void __real_KOLM_Config_Version_get_product_version(DDS_ProductVersion_t *version);
+
+void __wrap_KOLM_Config_Version_get_product_version(DDS_ProductVersion_t *version)
+{
+    if (toldVersion) {
+        *version = *toldVersion;
+    } else {
+        __real_KOLM_Config_Version_get_product_version(version);
+    }
+}
+}
 
 namespace
 {
@@ -145,6 +163,18 @@ TEST_F(ParameterManager, doesNotParseAgainOnceInitialized)
     EXPECT_EQ(textOf(0), "5");
 }
 
+TEST_F(ParameterManager, forgetsWhatItsRecordHeldBefore)
+{
+    for (BRELShellParameterValue &slot : manager_._parameterValues) {
+        slot = {1, "former"};
+    }
+    Arguments arguments({"-t", "4"});
+    EXPECT_EQ(
+        BRELShellParameterManager_initialize(&manager_, arguments.count(), arguments.vector()), 1);
+    EXPECT_EQ(values(), (Values{"-", "4", "-"}));
+    EXPECT_EQ(manager_._parameterValues[0].value, nullptr);
+}
+
 TEST_F(ParameterManager, readsAnIntegerUpToWhatFollowsIt)
 {
     ASSERT_TRUE(parse({"-domainId", "12abc"}));
@@ -161,10 +191,12 @@ TEST_F(ParameterManager, reportsAnIntegerThatIsNoneByTheOptionsName)
 {
     ASSERT_TRUE(parse({"-d", "abc"}));
     int32_t number = 3;
-    EXPECT_EQ(BRELShellParameterManager_getParameter(&manager_, &number, nullptr, 0,
+    int exists = -1;
+    EXPECT_EQ(BRELShellParameterManager_getParameter(&manager_, &number, &exists, 0,
                                                      BREL_SHELL_PARAMETER_TYPE_INT),
               0);
     EXPECT_EQ(number, 3);
+    EXPECT_EQ(exists, 1);
     EXPECT_TRUE(log_.isExactly(
         {{&BREL_LOG_PARAMETER_MANAGER_BAD_PARAMETER_s, "bad command-line parameter 'domainId'"}}));
 }
@@ -224,6 +256,15 @@ TEST_F(ParameterManager, refusesImpossibleArguments)
         log_.lines()[0].text.find("\"self == ((void *)0) || argc < 1 || argv == ((void *)0)\""),
         std::string::npos);
     EXPECT_NE(log_.lines()[3].text.find("\"argc < 1 || argv == ((void *)0)\""), std::string::npos);
+    for (const std::size_t index : {7, 8}) {
+        EXPECT_NE(log_.lines()[index].text.find(
+                      "\"self == ((void *)0) || parameterType < BREL_SHELL_PARAMETER_TYPE_VOID || "
+                      "parameterType > BREL_SHELL_PARAMETER_TYPE_INT\""),
+                  std::string::npos);
+    }
+    EXPECT_NE(log_.lines()[9].text.find(
+                  "\"parameterId < 0 || parameterId >= BREL_SHELL_PARAMETER_VALUE_COUNT\""),
+              std::string::npos);
 }
 
 TEST_F(ParameterManager, makesAndDeletesAHeapForm)
@@ -262,6 +303,13 @@ TEST_F(ParameterManager, knowsItsOptionsByTable)
     EXPECT_STREQ(table[1].name, "timeout");
     EXPECT_STREQ(table[2].name, "cmdFile");
     EXPECT_STREQ(table[3].name, "help");
+    EXPECT_EQ(table[0].type, BREL_SHELL_PARAMETER_TYPE_INT);
+    EXPECT_EQ(table[1].type, BREL_SHELL_PARAMETER_TYPE_INT);
+    EXPECT_EQ(table[2].type, BREL_SHELL_PARAMETER_TYPE_STRING);
+    EXPECT_EQ(table[3].type, BREL_SHELL_PARAMETER_TYPE_VOID);
+    EXPECT_STREQ(table[0].description, "");
+    EXPECT_STREQ(table[1].description, "");
+    EXPECT_STREQ(table[2].description, "");
     EXPECT_STREQ(table[3].description, "Displays this information");
     EXPECT_STREQ(BRELShellParameterManager_g_parameterTypeDesc[BREL_SHELL_PARAMETER_TYPE_VOID], "");
     EXPECT_STREQ(BRELShellParameterManager_g_parameterTypeDesc[table[2].type], "<string>");
@@ -270,6 +318,20 @@ TEST_F(ParameterManager, knowsItsOptionsByTable)
         EXPECT_EQ(row.required, 0);
         EXPECT_EQ(row.visible, 1);
     }
+}
+
+TEST_F(ParameterManager, printsTheRevisionOfAVersionThatHasOne)
+{
+    const auto lineOf = [](const DDS_ProductVersion_t &version) {
+        toldVersion = version;
+        testing::internal::CaptureStdout();
+        BRELShellParameterManager_printVersion();
+        toldVersion.reset();
+        return testing::internal::GetCapturedStdout();
+    };
+    EXPECT_EQ(lineOf({1, 2, 3, 0}), "ZUV Brel Service Shell 1.2.3\n");
+    EXPECT_EQ(lineOf({1, 2, 3, 1}), "ZUV Brel Service Shell 1.2.3 (rev 1)\n");
+    EXPECT_EQ(lineOf({1, 2, 3, 40}), "ZUV Brel Service Shell 1.2.3 (rev 40)\n");
 }
 
 TEST_F(ParameterManager, printsVersionAndOptions)

@@ -39,6 +39,29 @@ private:
     FILE *file_;
 };
 
+// While an instance lives the standard input has this content.
+class StandardInput
+{
+public:
+    explicit StandardInput(const std::string &content) : file_(content), former_(dup(STDIN_FILENO))
+    {
+        dup2(fileno(file_.get()), STDIN_FILENO);
+        std::clearerr(stdin);
+    }
+    ~StandardInput()
+    {
+        dup2(former_, STDIN_FILENO);
+        close(former_);
+        std::clearerr(stdin);
+    }
+    StandardInput(const StandardInput &) = delete;
+    StandardInput &operator=(const StandardInput &) = delete;
+
+private:
+    CommandFile file_;
+    int former_;
+};
+
 class Session : public testing::Test
 {
 protected:
@@ -52,9 +75,14 @@ protected:
     // Everything that a session with this command file prints.
     std::string play(const std::string &content)
     {
-        CommandFile file(content);
+        const CommandFile file(content);
+        return play(file.get());
+    }
+
+    std::string play(FILE *input)
+    {
         BRELShell shell = {};
-        shell.input = file.get();
+        shell.input = input;
         testing::internal::CaptureStdout();
         BRELShell_main(&shell);
         return testing::internal::GetCapturedStdout();
@@ -86,6 +114,13 @@ TEST_F(Session, leavesTimeForDiscoveryBeforeACommandFile)
 {
     play("hello\nhello\n");
     EXPECT_EQ(zuv_test::fakeClient().pauses, (std::vector<int64_t>{3000000000}));
+}
+
+TEST_F(Session, promptsOnTheStandardInputWithoutAPauseAndWithoutAnEcho)
+{
+    const StandardInput input("hello\nget S1\nq\n");
+    EXPECT_EQ(play(stdin), lines({"", "Result: ok\n", ""}));
+    EXPECT_TRUE(fakeClient().pauses.empty());
 }
 
 TEST_F(Session, dropsALastLineWithoutANewLine)
