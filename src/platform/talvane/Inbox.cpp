@@ -71,7 +71,7 @@ bool Inbox::answers(const Reply &reply, const DDS_SampleIdentity_t *related) con
 
 bool Inbox::wait(DDS_Long minCount, const Deadline &deadline, const DDS_SampleIdentity_t *related)
 {
-    std::unique_lock lock(mutex_);
+    std::unique_lock<std::mutex> lock(mutex_);
     return waitUntil(arrived_, lock, deadline, [&] {
         const auto count = std::count_if(replies_.begin(), replies_.end(), [&](const Reply &reply) {
             return !reply.isRead && answers(reply, related);

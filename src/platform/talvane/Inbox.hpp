@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "EntityImpl.hpp"
+#include "HandOffMutex.hpp"
 
 namespace zuv::talvane
 {
@@ -62,7 +63,7 @@ private:
 
     // Taken while the middleware holds the reader's lock: nobody but its thread, which has that lock already, calls the
     // reader with this one held.
-    std::mutex mutex_;
+    HandOffMutex mutex_;
     mutable std::condition_variable arrived_; // told before the reply is there, if that is soon
     std::vector<Reply> replies_;              // oldest first
     std::size_t bytes_ = 0;
