@@ -13,6 +13,7 @@
 #include "platform/osapi/Heap.h"
 #include "platform/typesys/String.h"
 #include "remoteConfig/RemoteConfigClient.h"
+#include "support/Eventually.h"
 #include "support/HeapCheck.h"
 #include "support/LogCapture.h"
 #include "support/Loopback.h"
@@ -175,10 +176,8 @@ TEST_F(Client, isNamedAndVersionedForDiscovery)
     DDS_DomainParticipantQos_finalize(&qos);
 }
 
-TEST_F(Client, hasReliableEndpointsThatKeepAll)
+void expectReplyReaderQos(const DDS_DataReaderQos &reader)
 {
-    ASSERT_NO_FATAL_FAILURE(start(7));
-    const DDS_DataReaderQos &reader = client_._ddsContext._readerQos;
     EXPECT_EQ(reader.history.kind, DDS_KEEP_ALL_HISTORY_QOS);
     EXPECT_EQ(reader.resource_limits.max_samples, 32);
     EXPECT_EQ(reader.reliability.kind, DDS_RELIABLE_RELIABILITY_QOS);
@@ -192,8 +191,10 @@ TEST_F(Client, hasReliableEndpointsThatKeepAll)
     ASSERT_NE(pool, nullptr);
     EXPECT_STREQ(pool->value, "32768");
     EXPECT_FALSE(pool->propagate);
+}
 
-    const DDS_DataWriterQos &writer = client_._ddsContext._writerQos;
+void expectRequestWriterQos(const DDS_DataWriterQos &writer)
+{
     EXPECT_EQ(writer.history.kind, DDS_KEEP_ALL_HISTORY_QOS);
     EXPECT_EQ(writer.resource_limits.max_samples, 32);
     EXPECT_EQ(writer.resource_limits.max_instances, 1);
@@ -202,6 +203,30 @@ TEST_F(Client, hasReliableEndpointsThatKeepAll)
     EXPECT_EQ(writer.reliability.kind, DDS_RELIABLE_RELIABILITY_QOS);
     EXPECT_EQ(writer.reliability.max_blocking_time.sec, 7);
     EXPECT_EQ(writer.reliability.max_blocking_time.nanosec, 0u);
+}
+
+TEST_F(Client, hasReliableEndpointsThatKeepAll)
+{
+    ASSERT_NO_FATAL_FAILURE(start(7));
+    expectReplyReaderQos(client_._ddsContext._readerQos);
+    expectRequestWriterQos(client_._ddsContext._writerQos);
+
+    DDS_DataReaderQos reader = {};
+    DDS_DataWriterQos writer = {};
+    ASSERT_EQ(DDS_DataReader_get_qos(
+                  ZUV_Service_Admin_CommandReplyDataReader_as_datareader(
+                      ZUV_BrelServiceAdminRequester_get_reply_datareader(client_._requester)),
+                  &reader),
+              DDS_RETCODE_OK);
+    ASSERT_EQ(DDS_DataWriter_get_qos(
+                  ZUV_Service_Admin_CommandRequestDataWriter_as_datawriter(
+                      ZUV_BrelServiceAdminRequester_get_request_datawriter(client_._requester)),
+                  &writer),
+              DDS_RETCODE_OK);
+    expectReplyReaderQos(reader);
+    expectRequestWriterQos(writer);
+    DDS_DataReaderQos_finalize(&reader);
+    DDS_DataWriterQos_finalize(&writer);
 }
 
 TEST_F(Client, leavesNothingBehind)
@@ -283,6 +308,26 @@ TEST_F(Client, givesJustARequester)
     EXPECT_EQ(log_.lines()[0].message, &ZUV_LOG_PRECONDITION_FAILURE_s);
 }
 
+TEST_F(Client, givesARequesterThatIsAnswered)
+{
+    TestService service([](const ReceivedRequest &request) { return Answer{request.body + "!"}; });
+    ZUV_BrelServiceAdminRequester *const requester =
+        BRELRemoteConfigClient_createRequester(zuv_test::loopbackDomainId(), kTimeoutSec);
+    ASSERT_NE(requester, nullptr);
+    Description description(ZUV_Service_Admin_CommandActionKind_GET_ACTION, "", "hello");
+    DDS_SampleInfo info = DDS_SAMPLEINFO_DEFAULT;
+    constexpr DDS_Duration_t wait = {0, 100000000};
+    // Volatile endpoints: a request before the match is lost, so it is repeated.
+    EXPECT_TRUE(zuv_test::eventually([&] {
+        return ZUV_BrelServiceAdminRequester_send_request(requester, &description.request) ==
+                   DDS_RETCODE_OK &&
+               ZUV_BrelServiceAdminRequester_receive_reply(requester, &reply_, &info, &wait) ==
+                   DDS_RETCODE_OK;
+    }));
+    EXPECT_STREQ(reply_.string_body, "hello!");
+    BRELRemoteConfigClient_deleteRequester(requester);
+}
+
 TEST_F(Client, needsItsArguments)
 {
     const Description description(ZUV_Service_Admin_CommandActionKind_GET_ACTION, "", "");
@@ -290,6 +335,8 @@ TEST_F(Client, needsItsArguments)
         ASSERT_EQ(log_.lines().size(), 1u);
         EXPECT_EQ(log_.lines()[0].message, &ZUV_LOG_PRECONDITION_FAILURE_s);
         EXPECT_NE(log_.lines()[0].text.find("\"" + condition + "\""), std::string::npos);
+        EXPECT_EQ(log_.lines()[0].level, ZUV_LOG_BIT_FATAL);
+        EXPECT_EQ(log_.lines()[0].submodule, BREL_SUBMODULE_REMOTE);
         log_.clear();
     };
     EXPECT_EQ(
@@ -310,6 +357,10 @@ TEST_F(Client, needsItsArguments)
     expectPrecondition("self == ((void *)0)");
     EXPECT_EQ(BRELRemoteConfigClient_initialize(nullptr, 0, 1), 0);
     expectPrecondition("self == ((void *)0)");
+    EXPECT_EQ(BRELRemoteConfigClient_hasMatchingServer(nullptr), 0);
+    expectPrecondition("self == ((void *)0)");
+    BRELRemoteConfigClient_deleteRequester(nullptr);
+    expectPrecondition("requester == ((void *)0)");
 }
 
 // Commands.

@@ -288,6 +288,31 @@ TEST_F(RequesterAndReplier, givesBackALoanThatTheSequenceRefuses)
               DDS_RETCODE_OK);
 }
 
+TEST_F(RequesterAndReplier, givesBackALoanOfMoreRepliesThanTheSequenceMayHold)
+{
+    DDS_SampleIdentity_t identities[2];
+    ASSERT_NO_FATAL_FAILURE(askTwice(identities));
+    ZUV_Service_Admin_CommandReplySeq replies = DDS_SEQUENCE_INITIALIZER;
+    ASSERT_TRUE(ZUV_Service_Admin_CommandReplySeq_set_absolute_maximum(&replies, 1));
+    EXPECT_EQ(ZUV_BrelServiceAdminRequester_read_replies(requester_, &replies, &infos_, 5),
+              DDS_RETCODE_ERROR);
+    EXPECT_TRUE(log_.isExactly(
+        {{&DDS_LOG_SEQUENCE_INSUFFICIENT_SPACE_dd, "!set sequence length to 2: the maximum is 2"},
+         {&ZUV_LOG_ANY_FAILURE_s, "!copy data"}}));
+    EXPECT_EQ(ZUV_Service_Admin_CommandReplySeq_get_length(&replies), 0);
+    EXPECT_TRUE(ZUV_Service_Admin_CommandReplySeq_has_ownership(&replies));
+    EXPECT_TRUE(DDS_SampleInfoSeq_has_ownership(&infos_)) << "the loan is out";
+    // One fits, and is the only one that holds the requester back from its end.
+    ASSERT_EQ(ZUV_BrelServiceAdminRequester_take_replies(requester_, &replies, &infos_, 1),
+              DDS_RETCODE_OK);
+    EXPECT_NE(ZUV_Talvane_Requester_delete(&requester_->parent), DDS_RETCODE_OK);
+    EXPECT_EQ(ZUV_BrelServiceAdminRequester_return_loan(requester_, &replies, &infos_),
+              DDS_RETCODE_OK);
+    ASSERT_EQ(ZUV_Talvane_Requester_delete(&requester_->parent), DDS_RETCODE_OK);
+    requester_ = createRequester(client_);
+    ASSERT_NE(requester_, nullptr);
+}
+
 TEST_F(RequesterAndReplier, reportsWhatTheRequesterCannotGet)
 {
     DDS_SampleIdentity_t identities[2];
@@ -315,6 +340,70 @@ TEST_F(RequesterAndReplier, reportsWhatTheRequesterCannotGet)
     EXPECT_EQ(ZUV_BrelServiceAdminRequester_take_reply(requester_, &reply_, &info_),
               DDS_RETCODE_OK);
     EXPECT_STREQ(reply_.string_body, "one!");
+}
+
+TEST_F(RequesterAndReplier, requesterReportsAWaitThatFails)
+{
+    const auto expectChain = [&] {
+        ZUVOsapiFault_disarm();
+        // What is waited for, by the untyped requester and by the typed one.
+        EXPECT_TRUE(log_.isExactly({{&ZUV_LOG_ANY_FAILURE_s, "!wait for replies"},
+                                    {&ZUV_LOG_ANY_FAILURE_s, "!wait for replies"}}));
+        EXPECT_EQ(log_.lines().back().submodule, DDS_SUBMODULE_API);
+        log_.clear();
+    };
+    ZUV_Service_Admin_CommandReplySeq replies = DDS_SEQUENCE_INITIALIZER;
+    ZUVOsapiFault_arm("talvane.wait_for_replies", 1, 0);
+    EXPECT_EQ(ZUV_BrelServiceAdminRequester_receive_reply(requester_, &reply_, &info_, &kShort),
+              DDS_RETCODE_ERROR);
+    expectChain();
+    ZUVOsapiFault_arm("talvane.wait_for_replies", 1, 0);
+    EXPECT_EQ(
+        ZUV_BrelServiceAdminRequester_receive_replies(requester_, &replies, &infos_, 1, 5, &kShort),
+        DDS_RETCODE_ERROR);
+    expectChain();
+}
+
+TEST_F(RequesterAndReplier, requesterReportsRepliesThatItWaitedForAndCannotGet)
+{
+    ask("one");
+    answerNext();
+    info_.valid_data = DDS_BOOLEAN_TRUE;
+    ZUVOsapiFault_arm("talvane.deliver", 1, 0);
+    EXPECT_EQ(ZUV_BrelServiceAdminRequester_receive_reply(requester_, &reply_, &info_, &kPatience),
+              DDS_RETCODE_ERROR);
+    ZUVOsapiFault_disarm();
+    EXPECT_FALSE(info_.valid_data);
+    EXPECT_TRUE(log_.isExactly({{&ZUV_LOG_ANY_FAILURE_s, "!get replies"},
+                                {&ZUV_LOG_ANY_FAILURE_s, "!get sample"},
+                                {&ZUV_LOG_ANY_FAILURE_s, "!get reply"}}));
+    log_.clear();
+
+    ZUV_Service_Admin_CommandReplySeq replies = DDS_SEQUENCE_INITIALIZER;
+    ZUVOsapiFault_arm("talvane.deliver", 1, 0);
+    EXPECT_EQ(ZUV_BrelServiceAdminRequester_receive_replies(requester_, &replies, &infos_, 1, 5,
+                                                            &kPatience),
+              DDS_RETCODE_ERROR);
+    ZUVOsapiFault_disarm();
+    EXPECT_TRUE(log_.isExactly({{&ZUV_LOG_ANY_FAILURE_s, "!get replies"},
+                                {&ZUV_LOG_ANY_FAILURE_s, "!copy data"},
+                                {&ZUV_LOG_ANY_FAILURE_s, "!get replies"}}));
+    EXPECT_EQ(ZUV_BrelServiceAdminRequester_take_reply(requester_, &reply_, &info_),
+              DDS_RETCODE_OK);
+    EXPECT_STREQ(reply_.string_body, "one!");
+}
+
+TEST_F(RequesterAndReplier, requesterReportsALoanThatItsReaderRefuses)
+{
+    // Lent by the test, not by the reader.
+    ZUV_Service_Admin_CommandReplySeq replies = DDS_SEQUENCE_INITIALIZER;
+    ASSERT_TRUE(ZUV_Service_Admin_CommandReplySeq_loan_contiguous(&replies, &reply_, 1, 1));
+    EXPECT_EQ(ZUV_BrelServiceAdminRequester_return_loan(requester_, &replies, &infos_),
+              DDS_RETCODE_PRECONDITION_NOT_MET);
+    EXPECT_TRUE(log_.isExactly({{&ZUV_LOG_ANY_FAILURE_s, "!return what is no loan of this reader"},
+                                {&ZUV_LOG_ANY_FAILURE_s, "!return loan"}}));
+    EXPECT_EQ(ZUV_Service_Admin_CommandReplySeq_get_length(&replies), 1) << "it keeps what it had";
+    ZUV_Service_Admin_CommandReplySeq_unloan(&replies);
 }
 
 TEST_F(RequesterAndReplier, requesterNamesTheArgumentThatIsMissing)
@@ -558,6 +647,100 @@ TEST_F(RequesterAndReplier, reportsWhatTheReplierCannotGet)
     ZUV_Service_Admin_CommandRequest_finalize(&request);
 }
 
+TEST_F(RequesterAndReplier, givesBackALoanOfMoreRequestsThanTheSequenceMayHold)
+{
+    ask("one");
+    ask("two");
+    ASSERT_EQ(ZUV_Talvane_Replier_wait_for_requests(&replier_->parent, 2, &kPatience),
+              DDS_RETCODE_OK);
+    ZUV_Service_Admin_CommandRequestSeq requests = DDS_SEQUENCE_INITIALIZER;
+    ASSERT_TRUE(ZUV_Service_Admin_CommandRequestSeq_set_absolute_maximum(&requests, 1));
+    EXPECT_EQ(ZUV_BrelServiceAdminReplier_read_requests(replier_, &requests, &infos_, 5),
+              DDS_RETCODE_ERROR);
+    EXPECT_TRUE(log_.isExactly(
+        {{&DDS_LOG_SEQUENCE_INSUFFICIENT_SPACE_dd, "!set sequence length to 2: the maximum is 2"},
+         {&DDS_LOG_BAD_PARAMETER_s, "!accept parameter error loan or copying data"}}));
+    EXPECT_EQ(ZUV_Service_Admin_CommandRequestSeq_get_length(&requests), 0);
+    EXPECT_TRUE(ZUV_Service_Admin_CommandRequestSeq_has_ownership(&requests));
+    EXPECT_TRUE(DDS_SampleInfoSeq_has_ownership(&infos_)) << "the loan is out";
+    // One fits, and is the only one that holds the replier back from its end.
+    ASSERT_EQ(ZUV_BrelServiceAdminReplier_take_requests(replier_, &requests, &infos_, 1),
+              DDS_RETCODE_OK);
+    EXPECT_NE(ZUV_Talvane_Replier_delete(&replier_->parent), DDS_RETCODE_OK);
+    EXPECT_EQ(ZUV_BrelServiceAdminReplier_return_loan(replier_, &requests, &infos_),
+              DDS_RETCODE_OK);
+    ASSERT_EQ(ZUV_Talvane_Replier_delete(&replier_->parent), DDS_RETCODE_OK);
+    replier_ = zuv_test::createReplier(service_);
+    ASSERT_NE(replier_, nullptr);
+}
+
+TEST_F(RequesterAndReplier, replierReportsAWaitThatFails)
+{
+    const auto expectChain = [&] {
+        ZUVOsapiFault_disarm();
+        // What is waited for, by the untyped replier and by the typed one.
+        EXPECT_TRUE(log_.isExactly({{&ZUV_LOG_ANY_FAILURE_s, "!wait for requests"},
+                                    {&ZUV_LOG_ANY_FAILURE_s, "!wait for requests"}}));
+        EXPECT_EQ(log_.lines().back().submodule, DDS_SUBMODULE_API);
+        log_.clear();
+    };
+    ZUV_Service_Admin_CommandRequestSeq requests = DDS_SEQUENCE_INITIALIZER;
+    ZUVOsapiFault_arm("talvane.wait_for_requests", 1, 0);
+    EXPECT_EQ(ZUV_BrelServiceAdminReplier_receive_request(replier_, &request_, &info_, &kShort),
+              DDS_RETCODE_ERROR);
+    expectChain();
+    ZUVOsapiFault_arm("talvane.wait_for_requests", 1, 0);
+    EXPECT_EQ(
+        ZUV_BrelServiceAdminReplier_receive_requests(replier_, &requests, &infos_, 1, 5, &kShort),
+        DDS_RETCODE_ERROR);
+    expectChain();
+}
+
+TEST_F(RequesterAndReplier, replierReportsRequestsThatItWaitedForAndCannotGet)
+{
+    ask("one");
+    info_.valid_data = DDS_BOOLEAN_TRUE;
+    ZUVOsapiFault_arm("dds.read_or_take", 1, 0);
+    EXPECT_EQ(ZUV_BrelServiceAdminReplier_receive_request(replier_, &request_, &info_, &kPatience),
+              DDS_RETCODE_ERROR);
+    ZUVOsapiFault_disarm();
+    EXPECT_FALSE(info_.valid_data);
+    EXPECT_TRUE(log_.isExactly({{&ZUV_LOG_FAILURE_TEMPLATE, "!read or take - Return code = 1"},
+                                {&ZUV_LOG_ANY_FAILURE_s, "!get samples"},
+                                {&ZUV_LOG_ANY_FAILURE_s, "!get sample"},
+                                {&ZUV_LOG_ANY_FAILURE_s, "!get request"}}));
+    log_.clear();
+
+    ZUV_Service_Admin_CommandRequestSeq requests = DDS_SEQUENCE_INITIALIZER;
+    ZUVOsapiFault_arm("dds.read_or_take", 1, 0);
+    EXPECT_EQ(ZUV_BrelServiceAdminReplier_receive_requests(replier_, &requests, &infos_, 1, 5,
+                                                           &kPatience),
+              DDS_RETCODE_ERROR);
+    ZUVOsapiFault_disarm();
+    EXPECT_TRUE(
+        log_.isExactly({{&ZUV_LOG_FAILURE_TEMPLATE, "!read or take - Return code = 1"},
+                        {&ZUV_LOG_ANY_FAILURE_s, "!get samples"},
+                        {&DDS_LOG_BAD_PARAMETER_s, "!accept parameter error loan or copying data"},
+                        {&ZUV_LOG_ANY_FAILURE_s, "!get requests"}}));
+    EXPECT_EQ(ZUV_BrelServiceAdminReplier_take_request(replier_, &request_, &info_),
+              DDS_RETCODE_OK);
+    EXPECT_STREQ(request_.string_body, "one");
+}
+
+TEST_F(RequesterAndReplier, replierReportsALoanThatItsReaderRefuses)
+{
+    // Lent by the test, not by the reader.
+    ZUV_Service_Admin_CommandRequestSeq requests = DDS_SEQUENCE_INITIALIZER;
+    ASSERT_TRUE(ZUV_Service_Admin_CommandRequestSeq_loan_contiguous(&requests, &request_, 1, 1));
+    EXPECT_EQ(ZUV_BrelServiceAdminReplier_return_loan(replier_, &requests, &infos_),
+              DDS_RETCODE_PRECONDITION_NOT_MET);
+    EXPECT_TRUE(log_.isExactly({{&ZUV_LOG_ANY_FAILURE_s, "!return what is no loan of this reader"},
+                                {&ZUV_LOG_ANY_FAILURE_s, "!return loan"}}));
+    EXPECT_EQ(ZUV_Service_Admin_CommandRequestSeq_get_length(&requests), 1)
+        << "it keeps what it had";
+    ZUV_Service_Admin_CommandRequestSeq_unloan(&requests);
+}
+
 TEST_F(RequesterAndReplier, replierNamesTheArgumentThatIsMissing)
 {
     ZUV_Service_Admin_CommandRequestSeq requests = DDS_SEQUENCE_INITIALIZER;
@@ -566,6 +749,8 @@ TEST_F(RequesterAndReplier, replierNamesTheArgumentThatIsMissing)
         ASSERT_EQ(log_.lines().size(), 1u) << name;
         EXPECT_EQ(log_.lines()[0].message, &DDS_LOG_BAD_PARAMETER_s);
         EXPECT_NE(log_.lines()[0].text.find(name), std::string::npos);
+        EXPECT_EQ(log_.lines()[0].level, ZUV_LOG_BIT_EXCEPTION);
+        EXPECT_EQ(log_.lines()[0].submodule, DDS_SUBMODULE_API);
         log_.clear();
     };
     auto *const self = replier_;
@@ -714,6 +899,24 @@ TEST_F(RequesterAndReplier, tellAListenerOfRequests)
     EXPECT_GT(calls, 0);
     EXPECT_EQ(ZUV_Talvane_Replier_delete(&listening->parent), DDS_RETCODE_OK);
     EXPECT_EQ(marker, calls);
+}
+
+TEST_F(RequesterAndReplier, areNotListenedToWithoutAListener)
+{
+    // A listener of the reader's would find this one.
+    static std::atomic<int> calls;
+    calls = 0;
+    EXPECT_EQ(replier_->parent.listener.on_request_available, nullptr);
+    replier_->parent.listener.on_request_available = [](ZUV_Talvane_Replier *, void *) { ++calls; };
+    for (const char *body : {"one", "two"}) { // when the second one is there, the first was told of
+        ask(body);
+        EXPECT_EQ(
+            ZUV_BrelServiceAdminReplier_receive_request(replier_, &request_, &info_, &kPatience),
+            DDS_RETCODE_OK);
+        EXPECT_STREQ(request_.string_body, body);
+    }
+    EXPECT_EQ(calls, 0);
+    replier_->parent.listener.on_request_available = nullptr;
 }
 
 } // namespace
