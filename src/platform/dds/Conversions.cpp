@@ -88,7 +88,8 @@ rtps::SampleIdentity toFast(const DDS_SampleIdentity_t &identity)
 
 rtps::Time_t toFast(const DDS_Time_t &time)
 {
-    return rtps::Time_t(time.sec, time.nanosec);
+    // By way of the type that counts nanoseconds: the other one's own constructor takes fractions of 2^-32 seconds.
+    return rtps::Time_t(eprosima::fastrtps::Time_t(time.sec, time.nanosec));
 }
 
 DDS_SampleInfo toOurs(const eprosima::fastdds::dds::SampleInfo &info)

@@ -20,6 +20,8 @@ namespace rtps = eprosima::fastrtps::rtps;
 
 // What a payload is likely to need at first; payloads grow.
 constexpr std::uint32_t kInitialPayloadSize = 1024;
+// Which encoding it is in.
+constexpr std::uint32_t kHeaderSize = 4;
 
 class TopicType : public eprosima::fastdds::dds::TopicDataType
 {
@@ -90,9 +92,13 @@ public:
     {
         // Two pointers: small enough for the function object to need no memory of its own.
         return [this, cell = static_cast<SampleCell *>(data)] {
+            if (cell->sample == nullptr) { // an instance's end, told by its handle alone
+                return kHeaderSize;
+            }
             const DDS_UnsignedLong size =
                 type_->plugin.getSerializedSampleSize(nullptr, DDS_BOOLEAN_TRUE, cell->sample);
-            return std::max<std::uint32_t>(size, 4); // a sample without a size fails to serialize
+            // A sample without a size fails to serialize.
+            return std::max<std::uint32_t>(size, kHeaderSize);
         };
     }
 
@@ -118,9 +124,12 @@ public:
         if (!m_isGetKeyDefined) {
             return false;
         }
+        const auto *const cell = static_cast<const SampleCell *>(data);
+        if (cell != nullptr && cell->sample == nullptr) { // the handle stays as it is
+            return false;
+        }
         // A reader must not be left with a sample that it can give no instance.
-        if (data != nullptr && !type_->plugin.instanceToKeyHash(
-                                   nullptr, &hash, static_cast<SampleCell *>(data)->sample)) {
+        if (cell != nullptr && !type_->plugin.instanceToKeyHash(nullptr, &hash, cell->sample)) {
             return false;
         }
         for (unsigned int index = 0; index < sizeof(hash.value); ++index) {
@@ -176,7 +185,6 @@ eprosima::fastdds::dds::TypeSupport makeTypeSupport(std::shared_ptr<RegisteredTy
 DDS_ReturnCode_t keyFromHandle(const RegisteredType &type, const DDS_InstanceHandle_t &handle,
                                void *sample)
 {
-    constexpr std::size_t kHeaderSize = 4;
     if (!type.hasKey()) {
         return DDS_RETCODE_PRECONDITION_NOT_MET;
     }

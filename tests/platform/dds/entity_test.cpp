@@ -639,47 +639,6 @@ TEST_F(Instances, needAKey)
               DDS_RETCODE_PRECONDITION_NOT_MET);
 }
 
-// -- Typed endpoints ---------------------------------------------------------------------------------------------------------
-
-TEST(TypedEndpoints, narrowOnlyEndpointsOfTheirType)
-{
-    Link<AnswerType> link;
-    zuv_test::LogCapture log;
-    EXPECT_NE(Test_AnswerDataWriter_narrow(link.writer), nullptr);
-    EXPECT_EQ(Test_AnswerDataReader_as_datareader(Test_AnswerDataReader_narrow(link.reader)),
-              link.reader);
-    EXPECT_TRUE(log.isEmpty());
-    EXPECT_EQ(Test_QuestionDataWriter_narrow(link.writer), nullptr);
-    EXPECT_EQ(Test_QuestionDataReader_narrow(link.reader), nullptr);
-    EXPECT_EQ(Test_QuestionDataReader_narrow(nullptr), nullptr);
-    EXPECT_EQ(log.lines().size(), 3U);
-}
-
-TEST(TypedEndpoints, makeAndReleaseSamples)
-{
-    const zuv_test::HeapCheck heap;
-    DDS_TypeAllocationParams_t allocation = DDS_TYPE_ALLOCATION_PARAMS_DEFAULT;
-    allocation.allocate_optional_members = DDS_BOOLEAN_TRUE;
-    Test_Question *const one = Test_QuestionTypeSupport_create_data();
-    Test_Question *const other = Test_QuestionTypeSupport_create_data_w_params(&allocation);
-    ASSERT_NE(one, nullptr);
-    ASSERT_NE(other, nullptr);
-    EXPECT_EQ(one->addressee, nullptr);
-    EXPECT_NE(other->addressee, nullptr);
-    one->id = 5;
-    EXPECT_EQ(Test_QuestionTypeSupport_copy_data(other, one), DDS_RETCODE_OK);
-    EXPECT_EQ(other->id, 5);
-    EXPECT_EQ(other->addressee, nullptr);
-    EXPECT_EQ(Test_QuestionTypeSupport_delete_data(one), DDS_RETCODE_OK);
-    EXPECT_EQ(Test_QuestionTypeSupport_delete_data_ex(other, DDS_BOOLEAN_TRUE), DDS_RETCODE_OK);
-    Test_Question local;
-    EXPECT_EQ(Test_QuestionTypeSupport_initialize_data(&local), DDS_RETCODE_OK);
-    EXPECT_EQ(Test_QuestionTypeSupport_finalize_data(&local), DDS_RETCODE_OK);
-    zuv_test::LogCapture log;
-    EXPECT_EQ(Test_QuestionTypeSupport_delete_data(nullptr), DDS_RETCODE_BAD_PARAMETER);
-    EXPECT_TRUE(heap.isBalanced());
-}
-
 // -- Concurrency -----------------------------------------------------------------------------------------------------------------
 
 TEST(Entities, areMadeFromSeveralThreadsAtOnce)

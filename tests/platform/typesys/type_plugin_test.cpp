@@ -197,6 +197,30 @@ TEST_F(TypePluginTest, KeepsBuffersUpToTheGreatestOfItsPool)
     EXPECT_TRUE(heap.isBalanced());
 }
 
+TEST_F(TypePluginTest, CopiesSamplesWithAllThatTheyHold)
+{
+    ZUV_TEST_SAMPLE(TestMutable, sample);
+    ZUV_TEST_SAMPLE(TestMutable, copy);
+    fill(*sample, false);
+    EXPECT_TRUE(TestMutablePlugin_copy_sample(nullptr, &copy, &sample));
+    EXPECT_TRUE(ZUVSample_equals(sample.type(), &sample, &copy));
+    EXPECT_NE(copy->note, sample->note);
+    EXPECT_NE(copy->maybe, sample->maybe);
+    TestMutable_finalize_optional_members(&sample, DDS_BOOLEAN_TRUE);
+    EXPECT_TRUE(TestMutablePlugin_copy_sample(nullptr, &copy, &sample));
+    EXPECT_EQ(copy->note, nullptr);
+
+    const TestOlder keyless = {1, 2};
+    TestOlder other = {3, 4};
+    EXPECT_TRUE(TestOlderPlugin_copy_sample(nullptr, &other, &keyless));
+    EXPECT_EQ(other.a, 1);
+    EXPECT_EQ(other.b, 2);
+    EXPECT_TRUE(log_.isEmpty());
+    EXPECT_FALSE(TestMutablePlugin_copy_sample(nullptr, nullptr, &sample));
+    EXPECT_FALSE(TestOlderPlugin_copy_sample(nullptr, &other, nullptr));
+    EXPECT_EQ(log_.lines().size(), 2U);
+}
+
 TEST_F(TypePluginTest, SerializesThroughItsRecord)
 {
     ZUVTypePlugin *plugin = TestMutablePlugin_new();
