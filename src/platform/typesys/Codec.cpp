@@ -21,10 +21,11 @@ namespace
 using zuv::DecodePass;
 using zuv::EncodeFailure;
 using zuv::kEncapsulationHeaderSize;
+using zuv::kIsLittleEndian;
+using zuv::kLittleEndianBit;
+using zuv::kPayloadAlignment;
+using zuv::withBody;
 
-constexpr bool kIsLittleEndian = std::endian::native == std::endian::little;
-constexpr std::uint32_t kLittleEndianBit = 1;
-constexpr std::uint32_t kPayloadAlignment = 4;
 constexpr std::size_t kMaxScratchSize = 128;
 
 std::atomic<DDS_UnsignedLong> g_complianceMask{0};
@@ -113,25 +114,6 @@ DDS_Boolean writePayload(const DDS_TypeCode *type, std::uint32_t encapsulation, 
     return DDS_BOOLEAN_TRUE;
 }
 
-// Hands the body of a payload, and whether its words must be turned, to `run`, if the payload is of the
-// encapsulation.
-template <typename Run>
-[[gnu::always_inline]] inline bool withBody(std::uint32_t encapsulation, const DDS_Octet *buffer,
-                                            DDS_UnsignedLong length, Run run)
-{
-    if (length < kEncapsulationHeaderSize) {
-        return false;
-    }
-    const std::uint32_t identifier = std::uint32_t{buffer[0]} << 8 | buffer[1];
-    if ((identifier & ~kLittleEndianBit) != encapsulation) {
-        return false;
-    }
-    const DDS_Octet *body = buffer + kEncapsulationHeaderSize;
-    const std::size_t size = length - kEncapsulationHeaderSize;
-    const bool isNative = ((identifier & kLittleEndianBit) != 0) == kIsLittleEndian;
-    return isNative ? run(std::false_type(), body, size) : run(std::true_type(), body, size);
-}
-
 // One pass over a body. `walk` gets the decoder, where to read to, and the size.
 template <DecodePass Pass, bool Swap, typename Walk>
 bool pass(const DDS_Octet *body, std::size_t size, void *sample, const Walk &walk,
@@ -156,12 +138,9 @@ bool checkAndRead(std::uint32_t encapsulation, const DDS_Octet *buffer, DDS_Unsi
         });
 }
 
-// Which members of a flat sample are read.
-enum class Members : std::uint8_t { All, Keys };
-
 // The same for most types, of which the second pass reads what the first has found. All in one function, as it is
 // what most samples take.
-template <Members Which, bool Swap>
+template <bool Swap>
 [[gnu::noinline]] bool readFlat(const zuv::Program &program, const DDS_Octet *body,
                                 std::size_t size, void *sample, bool bearsUnknownValues)
 {
@@ -173,8 +152,7 @@ template <Members Which, bool Swap>
         return false;
     }
     zuv::Decoder<DecodePass::Read, Swap> reader(body, bearsUnknownValues);
-    return Which == Members::Keys ? reader.readKeys(program, sample, marks)
-                                  : reader.read(program, sample, marks);
+    return reader.read(program, sample, marks);
 }
 
 auto walkOf(const zuv::Program &program)
@@ -202,7 +180,6 @@ bool readBeside(const zuv::Program &program, void *sample, const DDS_Octet *buff
     return true;
 }
 
-template <Members Which = Members::All>
 DDS_Boolean readSample(const DDS_TypeCode *type, void *sample, const DDS_Octet *buffer,
                        DDS_UnsignedLong length, bool bearsUnknownValues)
 {
@@ -216,7 +193,7 @@ DDS_Boolean readSample(const DDS_TypeCode *type, void *sample, const DDS_Octet *
                         : program->isFlat()
                             ? withBody(program->encapsulation(), buffer, length,
                                        [&](auto swap, const DDS_Octet *body, std::size_t size) {
-                                           return readFlat<Which, decltype(swap)::value>(
+                                           return readFlat<decltype(swap)::value>(
                                                *program, body, size, sample, bearsUnknownValues);
                                        })
                             : checkAndRead(program->encapsulation(), buffer, length, sample,
@@ -278,13 +255,6 @@ DDS_Boolean ZUVCodec_deserialize(const DDS_TypeCode *type, void *sample, const D
                                  DDS_UnsignedLong length)
 {
     return readSample(type, sample, buffer, length, false);
-}
-
-DDS_Boolean ZUVCodec_deserializeKeyOfSample(const DDS_TypeCode *type, void *sample,
-                                            const DDS_Octet *buffer, DDS_UnsignedLong length)
-{
-    return ZUVCodec_hasKey(type) ? readSample<Members::Keys>(type, sample, buffer, length, false)
-                                 : DDS_BOOLEAN_FALSE;
 }
 
 DDS_Boolean ZUVCodec_validate(const DDS_TypeCode *type, const DDS_Octet *buffer,

@@ -7,15 +7,40 @@
 #define ZUV_PLATFORM_TYPESYS_DECODER_HPP
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <span>
+#include <type_traits>
 
 #include "platform/typesys/Encoder.hpp"
 #include "platform/typesys/SampleOps.hpp"
 
 namespace zuv
 {
+
+constexpr bool kIsLittleEndian = std::endian::native == std::endian::little;
+constexpr std::uint32_t kLittleEndianBit = 1;
+constexpr std::uint32_t kPayloadAlignment = 4;
+
+// Hands the body of a payload, and whether its words must be turned, to `run`, if the payload is of the
+// encapsulation.
+template <typename Run>
+[[gnu::always_inline]] inline bool withBody(std::uint32_t encapsulation, const DDS_Octet *buffer,
+                                            DDS_UnsignedLong length, Run run)
+{
+    if (length < kEncapsulationHeaderSize) {
+        return false;
+    }
+    const std::uint32_t identifier = std::uint32_t{buffer[0]} << 8 | buffer[1];
+    if ((identifier & ~kLittleEndianBit) != encapsulation) {
+        return false;
+    }
+    const DDS_Octet *body = buffer + kEncapsulationHeaderSize;
+    const std::size_t size = length - kEncapsulationHeaderSize;
+    const bool isNative = ((identifier & kLittleEndianBit) != 0) == kIsLittleEndian;
+    return isNative ? run(std::false_type(), body, size) : run(std::true_type(), body, size);
+}
 
 enum class DecodePass : std::uint8_t { Check, Read, Both };
 
