@@ -44,7 +44,7 @@ struct Case {
 constexpr Case kCases[] = {
     {"200 B", 200, bench::Transports::kProfile, 80, 50, 1.10, 1.10},
     {"200 B, server", 200, bench::Transports::kProfile, 40, 50, 1.20, 1.20, true},
-    {"32 KiB", 32 * 1024, bench::Transports::kProfile, 70, 50, 1.10, 1.10},
+    {"32 KiB", 32 * 1024, bench::Transports::kProfile, 160, 50, 1.10, 1.10},
     {"1 MiB, untuned echo", 1024 * 1024, bench::Transports::kUntuned, 16, 10, 0.65, 0.20},
 };
 // Of each road, for a pair of services.
