@@ -178,6 +178,7 @@ TEST_F(Run, passesArgumentsOnToTheShellInATourToo)
     options_.onTerminal = false;
     const ProcessResult result = runProcess(command({"--", "-timeout", "4"}), "", options_);
     EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_THAT(result.output, HasSubstr(", timeout 4\n"));
     EXPECT_THAT(result.output, HasSubstr("shutdown S1"));
     EXPECT_THAT(result.output, HasSubstr("bridge_saved.xml:\n"));
 

@@ -11,10 +11,12 @@
 #include <fastdds/dds/publisher/DataWriter.hpp>
 #include <fastdds/dds/publisher/qos/DataWriterQos.hpp>
 #include <fastdds/dds/subscriber/DataReader.hpp>
+#include <fastdds/dds/subscriber/DataReaderListener.hpp>
 #include <fastdds/dds/subscriber/qos/DataReaderQos.hpp>
 
 #include "Domain.h"
 #include "platform/dds/EntityImpl.hpp"
+#include "platform/dds/ReaderAdapter.hpp"
 #include "platform/log/DDSLog.h"
 #include "platform/log/LogMessages.h"
 #include "platform/osapi/Fault.h"
@@ -366,6 +368,22 @@ TEST(Listeners, areCalledForAnEndpointThatIsWhole)
     EXPECT_TRUE(eventually([&] { return writing.calls >= 1; }));
     EXPECT_EQ(reading.failures, 0);
     EXPECT_EQ(writing.failures, 0);
+}
+
+// What a reader's listener is told of when it came while the reader was being made: once, and then of each.
+TEST(Listeners, hearOfDataThatCameBeforeTheReaderWasWhole)
+{
+    Heard heard;
+    const DDS_DataReaderListener listener = readerListener(heard);
+    DDS_DataReader reader;
+    zuv::dds::ReaderAdapter adapter(reader, &listener, DDS_STATUS_MASK_ALL);
+    adapter.fastListener()->on_data_available(nullptr);
+    adapter.fastListener()->on_data_available(nullptr);
+    EXPECT_EQ(heard.data, 0);
+    adapter.open();
+    EXPECT_EQ(heard.data, 1);
+    adapter.fastListener()->on_data_available(nullptr);
+    EXPECT_EQ(heard.data, 2);
 }
 
 TEST(Listeners, hearWhichPolicyDoesNotFit)
